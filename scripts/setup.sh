@@ -1,0 +1,39 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
+# Installs the Debian 12 packages that building, running and testing Lumenscribe need.
+# Safe to run again: apt-get skips what is already there.
+set -euo pipefail
+
+packages=(
+  # toolchain
+  cmake ninja-build g++ pkg-config git
+  # engine libraries
+  qt6-base-dev libssl-dev libicu-dev nlohmann-json3-dev
+  libvips-dev libexiv2-dev libpoppler-cpp-dev
+  libavformat-dev libavcodec-dev libavutil-dev
+  # window
+  qt6-svg-dev libqt6svg6 libgl-dev
+  fonts-noto-color-emoji fonts-dejavu-core
+  # runtime: QMimeDatabase silently answers nothing without shared-mime-info
+  shared-mime-info unzip
+  # tests and fixtures
+  libgtest-dev googletest zip qpdf libimage-exiftool-perl poppler-utils libvips-tools
+  xvfb xauth
+  # benchmarks
+  openssl hyperfine
+)
+
+missing=()
+for p in "${packages[@]}"; do
+  dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q '^install ok installed' || missing+=("$p")
+done
+# The window's icons come from npm; any Node.js with npm will do.
+command -v npm >/dev/null 2>&1 || missing+=(nodejs npm)
+
+if ((${#missing[@]})); then
+  sudo=""
+  [ "$(id -u)" -eq 0 ] || sudo="sudo"
+  export DEBIAN_FRONTEND=noninteractive
+  $sudo apt-get update -qq
+  $sudo apt-get install -y -qq --no-install-recommends "${missing[@]}"
+fi

@@ -1,0 +1,33 @@
+// SPDX-FileCopyrightText: 2026 Lumenscribe Project
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <optional>
+#include <span>
+#include <string_view>
+
+#include "core/content_type.h"
+
+namespace lumenscribe::platform {
+
+/// The content type of a regular file as a Linux desktop presents it: from the name when
+/// it matches a glob, from the first bytes only when it does not. The bytes are read
+/// through openForReading. "application/octet-stream" counts as no type.
+std::optional<ContentType> contentTypeForFile(const std::filesystem::path& path);
+
+/// The type of a directory ("inode/directory", "folder").
+ContentType directoryContentType();
+
+/// The type a name with this extension suggests ("pdf" gives application/pdf); nothing
+/// when the database knows no type for it.
+std::optional<ContentType> contentTypeForExtension(std::string_view extension);
+
+/// The type that content sniffing alone finds for these bytes; nothing when it finds none.
+std::optional<ContentType> contentTypeForData(std::span<const std::byte> bytes);
+
+/// The type with this name, when the database has it.
+std::optional<ContentType> contentTypeForName(std::string_view identifier);
+
+}  // namespace lumenscribe::platform
