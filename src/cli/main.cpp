@@ -1,0 +1,75 @@
+// SPDX-FileCopyrightText: 2026 Lumenscribe Project
+// SPDX-License-Identifier: MIT
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "cli/command_line.h"
+#include "core/path_text.h"
+#include "lumenscribe/file_inspector.h"
+#include "lumenscribe/product.h"
+#include "report/json_report.h"
+#include "report/text_report.h"
+
+namespace {
+
+constexpr const char* kHelp =
+    "Usage: lumenscribe-cli [--json] FILE...\n"
+    "Tell what a file or folder knows: its real type, health, SHA-256 fingerprint,\n"
+    "ownership, format metadata and privacy findings. Everything stays on this machine.\n"
+    "\n"
+    "  --json         print one JSON object per item, one per line\n"
+    "  -h, --help     show this help and exit\n"
+    "  -V, --version  show the version and exit\n"
+    "  --             end of options (for files whose names start with '-')\n"
+    "\n"
+    "Exit status: 0 when every item was inspected, 1 when one could not be, 2 on bad usage.\n";
+
+void write(std::FILE* stream, const std::string& text) {
+  std::fwrite(text.data(), 1, text.size(), stream);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  using namespace lumenscribe;
+  const cli::CommandLine line = cli::parseCommandLine(std::vector<std::string>(argv + 1, argv + argc));
+  if (!line.error.empty()) {
+    write(stderr, "lumenscribe-cli: " + line.error + "\n" + cli::kUsage + "\n");
+    return 2;
+  }
+  if (line.help) {
+    write(stdout, kHelp);
+    return 0;
+  }
+  if (line.version) {
+    write(stdout, std::string("lumenscribe-cli ") + product::version + "\n");
+    return 0;
+  }
+
+  const FileInspector inspector;
+  int status = 0;
+  bool first = true;
+  for (const auto& item : line.items) {
+    auto result = inspector.inspect(item);
+    if (!result) {
+      const std::string message = result.error().message();
+      write(stderr, "lumenscribe-cli: " + validUtf8(item.string()) + ": " + message + "\n");
+      if (line.json) write(stdout, failureJson(item, message) + "\n");
+      status = 1;
+      continue;
+    }
+    if (line.json) {
+      write(stdout, resultJson(*result) + "\n");
+    } else {
+      write(stdout, (first ? "" : "\n") + buildTextReport(*result) + "\n");
+    }
+    first = false;
+    std::fflush(stdout);
+  }
+  if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
+    std::perror("lumenscribe-cli: standard output");
+    return 1;
+  }
+  return status;
+}

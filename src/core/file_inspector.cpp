@@ -1,0 +1,62 @@
+// SPDX-FileCopyrightText: 2026 Lumenscribe Project
+// SPDX-License-Identifier: MIT
+#include "lumenscribe/file_inspector.h"
+
+#include "core/accumulators.h"
+#include "core/path_text.h"
+#include "identity/basic_facts.h"
+#include "identity/identity_integrity.h"
+#include "platform/file_status.h"
+#include "privacy/privacy_summary.h"
+
+namespace lumenscribe {
+
+namespace {
+
+// One short description of what the item is, for the result's heading.
+std::string typeDescriptionOf(const std::filesystem::path& url, const ItemFacts& facts) {
+  if (facts.isDirectory) return facts.isPackage ? "macOS Package" : "Folder";
+  if (facts.contentType) return facts.contentType->describe();
+  std::string extension = validUtf8(pathExtension(url));
+  for (char& c : extension) {
+    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+  }
+  return extension;
+}
+
+}  // namespace
+
+Expected<LumenscribeResult> FileInspector::inspect(const std::filesystem::path& url) const {
+  // Linux has no per-item access grants to take and release around the inspection.
+  auto read = platform::readItemFacts(url);
+  if (!read) return read.error();
+  const ItemFacts& facts = *read;
+  // FIFOs, sockets and devices are refused from their status alone: opening one could
+  // block or have effects of its own.
+  if (!facts.isRegularFile && !facts.isDirectory) {
+    return make_error_code(FileInspectionError::unsupportedFile);
+  }
+
+  const std::string displayName = facts.name ? *facts.name : validUtf8(lastPathComponent(url));
+  Accumulators accumulators;
+
+  // The order of the steps is the order of the sections on screen and in the report.
+  accumulators.sections.emplace_back(facts.isDirectory ? "Container" : "File",
+                                     facts.isDirectory ? "folder.fill" : "doc.fill",
+                                     basicFileFacts(url, facts));
+
+  if (facts.isRegularFile) {
+    addIdentityAndIntegrity(url, accumulators);
+  }
+
+  // Then: the folder or ZIP inventory, system metadata, the PDF, audio, video and text
+  // analyzers as the content type decides, and last the image pass for every item.
+
+  completeFindingsAndSummary(accumulators);
+  const std::int64_t count = detailCount(accumulators.sections);
+  return LumenscribeResult(url, displayName, typeDescriptionOf(url, facts), count,
+                           std::move(accumulators.summaryItems), std::move(accumulators.sections),
+                           std::move(accumulators.findings), std::move(accumulators.rawMetadata));
+}
+
+}  // namespace lumenscribe

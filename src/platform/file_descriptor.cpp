@@ -1,0 +1,67 @@
+// SPDX-FileCopyrightText: 2026 Lumenscribe Project
+// SPDX-License-Identifier: MIT
+#include "platform/file_descriptor.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace lumenscribe::platform {
+
+UniqueFd& UniqueFd::operator=(UniqueFd&& other) noexcept {
+  if (this != &other) {
+    if (fd_ >= 0) ::close(fd_);
+    fd_ = other.release();
+  }
+  return *this;
+}
+
+UniqueFd::~UniqueFd() {
+  if (fd_ >= 0) ::close(fd_);
+}
+
+UniqueFd openForReading(const std::filesystem::path& path) {
+  // O_NONBLOCK keeps an open from waiting should the path have turned into a FIFO since it
+  // was stat'ed; it changes nothing for regular files.
+  constexpr int flags = O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
+  int fd = ::open(path.c_str(), flags | O_NOATIME);
+  // O_NOATIME is refused with EPERM on files we do not own; read them the ordinary way.
+  if (fd < 0 && errno == EPERM) fd = ::open(path.c_str(), flags);
+  if (fd >= 0) {
+    const int status = ::fcntl(fd, F_GETFL);
+    if (status >= 0) ::fcntl(fd, F_SETFL, status & ~O_NONBLOCK);
+  }
+  return UniqueFd(fd);
+}
+
+std::optional<std::size_t> readFully(int fd, std::span<std::byte> buffer) {
+  std::size_t done = 0;
+  while (done < buffer.size()) {
+    const ssize_t count = ::read(fd, buffer.data() + done, buffer.size() - done);
+    if (count < 0) {
+      if (errno == EINTR) continue;
+      return std::nullopt;
+    }
+    if (count == 0) break;
+    done += static_cast<std::size_t>(count);
+  }
+  return done;
+}
+
+std::optional<std::size_t> readFullyAt(int fd, std::span<std::byte> buffer, std::int64_t offset) {
+  if (offset < 0) return std::nullopt;
+  std::size_t done = 0;
+  while (done < buffer.size()) {
+    const ssize_t count = ::pread(fd, buffer.data() + done, buffer.size() - done,
+                                  static_cast<off_t>(offset + static_cast<std::int64_t>(done)));
+    if (count < 0) {
+      if (errno == EINTR) continue;
+      return std::nullopt;
+    }
+    if (count == 0) break;
+    done += static_cast<std::size_t>(count);
+  }
+  return done;
+}
+
+}  // namespace lumenscribe::platform

@@ -1,0 +1,73 @@
+// SPDX-FileCopyrightText: 2026 Lumenscribe Project
+// SPDX-License-Identifier: MIT
+#include "report/json_report.h"
+
+#include <nlohmann/json.hpp>
+
+#include "core/path_text.h"
+#include "privacy/privacy_summary.h"
+
+namespace lumenscribe {
+
+namespace {
+
+using nlohmann::ordered_json;
+
+std::string dump(const ordered_json& json) {
+  // Every string is valid UTF-8 already; replacing is a guard, never a throw.
+  return json.dump(-1, ' ', false, ordered_json::error_handler_t::replace);
+}
+
+ordered_json sectionJson(const InsightSection& section) {
+  ordered_json rows = ordered_json::array();
+  for (const auto& row : section.rows) {
+    rows.push_back({{"id", row.id.text()}, {"label", row.label}, {"value", row.value}});
+  }
+  return {{"id", section.id.text()},
+          {"title", section.title},
+          {"systemImage", section.systemImage},
+          {"rows", std::move(rows)}};
+}
+
+}  // namespace
+
+std::string resultJson(const LumenscribeResult& result) {
+  ordered_json sections = ordered_json::array();
+  for (const auto& section : result.sections) sections.push_back(sectionJson(section));
+
+  ordered_json findings = ordered_json::array();
+  for (const auto& finding : result.privacyFindings) {
+    findings.push_back({{"id", finding.id.text()},
+                        {"title", finding.title},
+                        {"detail", finding.detail},
+                        {"level", rawValue(finding.level)}});
+  }
+
+  ordered_json raw = ordered_json::object();
+  for (const auto& [key, value] : result.rawMetadata) raw[key] = value;
+
+  const Verdict verdict = verdictFor(result.privacyFindings);
+  const SeverityCounts counts = severityCounts(result.privacyFindings);
+
+  ordered_json json = {
+      {"id", result.id.text()},
+      {"url", fileUrl(result.url)},
+      {"path", validUtf8(result.url.string())},
+      {"displayName", result.displayName},
+      {"typeDescription", result.typeDescription},
+      {"summaryCount", result.summaryCount},
+      {"summaryItems", result.summaryItems},
+      {"sections", std::move(sections)},
+      {"privacyFindings", std::move(findings)},
+      {"rawMetadata", std::move(raw)},
+      {"verdict", {{"text", verdict.text}, {"level", verdictLevelText(verdict.level)}}},
+      {"counts", {{"info", counts.info}, {"caution", counts.caution}, {"warning", counts.warning}}},
+  };
+  return dump(json);
+}
+
+std::string failureJson(const std::filesystem::path& path, const std::string& message) {
+  return dump(ordered_json{{"path", validUtf8(path.string())}, {"error", validUtf8(message)}});
+}
+
+}  // namespace lumenscribe
