@@ -6,27 +6,12 @@
 
 #include "core/path_text.h"
 #include "lumenscribe/product.h"
+#include "platform/unicode_text.h"
 #include "privacy/privacy_summary.h"
 
 namespace lumenscribe {
 
 namespace {
-
-// Titles are fixed English literals; upper-casing ASCII is all they need.
-std::string upperCased(std::string_view text) {
-  std::string upper(text);
-  for (char& c : upper) {
-    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
-  }
-  return upper;
-}
-
-// Characters, not bytes: a UTF-8 continuation byte does not start one.
-std::size_t characterCount(std::string_view text) {
-  return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char c) {
-    return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
-  }));
-}
 
 class Lines {
  public:
@@ -89,8 +74,8 @@ std::string buildTextReport(const LumenscribeResult& result) {
   lines.heading("INSPECTION DETAILS");
   lines.add("");
   for (const auto& section : result.sections) {
-    lines.add(upperCased(section.title));
-    lines.add(std::string(std::max<std::size_t>(3, characterCount(section.title)), '-'));
+    lines.add(platform::upperCased(section.title));
+    lines.add(std::string(std::max<std::size_t>(3, platform::characterCount(section.title)), '-'));
     for (const auto& row : section.rows) {
       lines.add(std::string(displayLabel(row.label)) + ": " + row.value);
     }

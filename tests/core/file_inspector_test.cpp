@@ -1,0 +1,179 @@
+// SPDX-FileCopyrightText: 2026 Lumenscribe Project
+// SPDX-License-Identifier: MIT
+#include "lumenscribe/file_inspector.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <algorithm>
+
+#include "test_files.h"
+
+namespace lumenscribe {
+namespace {
+
+using testing::TempDir;
+
+const InsightSection* sectionTitled(const LumenscribeResult& result, std::string_view title) {
+  for (const auto& section : result.sections) {
+    if (section.title == title) return &section;
+  }
+  return nullptr;
+}
+
+std::string rowValue(const InsightSection& section, std::string_view label) {
+  for (const auto& row : section.rows) {
+    if (row.label == label) return row.value;
+  }
+  return "<missing>";
+}
+
+void expectInvariants(const LumenscribeResult& result) {
+  ASSERT_FALSE(result.sections.empty());
+  EXPECT_TRUE(result.sections[0].title == "File" || result.sections[0].title == "Container");
+  std::int64_t rows = 0;
+  for (const auto& section : result.sections) rows += static_cast<std::int64_t>(section.rows.size());
+  EXPECT_EQ(result.summaryCount, rows);
+  EXPECT_FALSE(result.summaryItems.empty());
+  EXPECT_FALSE(result.privacyFindings.empty());
+  auto items = result.summaryItems;
+  std::sort(items.begin(), items.end());
+  EXPECT_EQ(std::adjacent_find(items.begin(), items.end()), items.end());
+}
+
+TEST(FileInspector, refusesSpecialFilesWithoutOpeningThem) {
+  TempDir dir;
+  const auto fifo = dir.path() / "pipe";
+  ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
+  // A socket path is limited to ~108 bytes, so it goes in a short directory of its own.
+  char socketDir[] = "/tmp/lsXXXXXX";
+  ASSERT_NE(::mkdtemp(socketDir), nullptr);
+  const std::string socketPath = std::string(socketDir) + "/s";
+  const int fd = ::socket(AF_UNIX, SOCK_STREAM, 0);
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  socketPath.copy(address.sun_path, sizeof address.sun_path - 1);
+  ASSERT_EQ(::bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+
+  // Opening a FIFO with no writer would block this test forever; refusing it must not.
+  for (const std::filesystem::path& special : {fifo, std::filesystem::path(socketPath),
+                                               std::filesystem::path("/dev/null")}) {
+    const auto result = FileInspector().inspect(special);
+    ASSERT_FALSE(result) << special;
+    EXPECT_EQ(result.error(), make_error_code(FileInspectionError::unsupportedFile));
+    EXPECT_EQ(result.error().message(), "Lumenscribe could not inspect this file yet.");
+  }
+  ::close(fd);
+  ::unlink(socketPath.c_str());
+  ::rmdir(socketDir);
+}
+
+TEST(FileInspector, failsWithTheSystemsMessageForMissingItems) {
+  TempDir dir;
+  const auto dangling = dir.path() / "dangling";
+  std::filesystem::create_symlink(dir.path() / "nowhere", dangling);
+  for (const auto& missing : {dangling, dir.path() / "absent"}) {
+    const auto result = FileInspector().inspect(missing);
+    ASSERT_FALSE(result);
+    EXPECT_EQ(result.error(), std::errc::no_such_file_or_directory);
+    EXPECT_EQ(result.error().message(), "No such file or directory");
+  }
+}
+
+TEST(FileInspector, inspectsARegularFileWithIdentityAndDefaults) {
+  TempDir dir;
+  const auto file = dir.write("notes.txt", "hello\n");
+  const auto result = FileInspector().inspect(file);
+  ASSERT_TRUE(result) << result.error().message();
+  expectInvariants(*result);
+  EXPECT_EQ(result->displayName, "notes.txt");
+  EXPECT_EQ(result->url, file);
+  EXPECT_EQ(result->typeDescription, "plain text document");  // the MIME database's comment
+  EXPECT_EQ(result->sections[0].title, "File");
+  EXPECT_EQ(result->sections[0].systemImage, "doc.fill");
+  EXPECT_EQ(rowValue(result->sections[0], "Size"), "6 bytes");
+  const auto* identity = sectionTitled(*result, "Identity & Integrity");
+  ASSERT_NE(identity, nullptr);
+  EXPECT_EQ(rowValue(*identity, "Filesystem Type"), "Regular file");
+  EXPECT_EQ(result->privacyFindings.back().title, "No obvious high-interest metadata found");
+}
+
+TEST(FileInspector, inspectsFoldersAndPackagesAsContainers) {
+  TempDir dir;
+  std::filesystem::create_directory(dir.path() / "Photos");
+  std::filesystem::create_directory(dir.path() / "Tool.APP");
+  const auto folder = FileInspector().inspect(dir.path() / "Photos");
+  ASSERT_TRUE(folder);
+  expectInvariants(*folder);
+  EXPECT_EQ(folder->typeDescription, "Folder");
+  EXPECT_EQ(folder->sections[0].title, "Container");
+  EXPECT_EQ(folder->sections[0].systemImage, "folder.fill");
+  EXPECT_EQ(sectionTitled(*folder, "Identity & Integrity"), nullptr);
+  EXPECT_EQ(rowValue(folder->sections[0], "Size"), "<missing>");
+  EXPECT_EQ(folder->summaryItems, std::vector<std::string>{"File"});
+
+  const auto package = FileInspector().inspect(dir.path() / "Tool.APP");
+  ASSERT_TRUE(package);
+  EXPECT_EQ(package->typeDescription, "macOS Package");
+  EXPECT_EQ(rowValue(package->sections[0], "Container Type"), "macOS Package");
+}
+
+TEST(FileInspector, describesUntypedFilesByTheirExtension) {
+  TempDir dir;
+  // Content that no sniffing rule claims and an extension no glob knows.
+  const std::string binary("\x01\x02\x03\x04\x05\x06\x07\x08", 8);
+  EXPECT_EQ(FileInspector().inspect(dir.write("blob.lsqz", binary))->typeDescription, "LSQZ");
+  EXPECT_EQ(FileInspector().inspect(dir.write("blob", binary))->typeDescription, "");
+}
+
+TEST(FileInspector, copesWithAwkwardNames) {
+  TempDir dir;
+  for (const std::string& name : std::vector<std::string>{"with space.txt", "new\nline.txt", "-x",
+                                                         "--json", "caf\xE9.txt"}) {
+    const auto file = dir.write(name, "content");
+    const auto result = FileInspector().inspect(file);
+    ASSERT_TRUE(result) << name;
+    expectInvariants(*result);
+    EXPECT_EQ(result->url, file);
+    EXPECT_NE(sectionTitled(*result, "Identity & Integrity"), nullptr) << name;
+  }
+  const auto latin1 = FileInspector().inspect(dir.path() / "caf\xE9.txt");
+  EXPECT_EQ(latin1->displayName, "caf\uFFFD.txt");
+}
+
+TEST(FileInspector, reportsAnUnreadableFileWithoutItsFingerprint) {
+  if (testing::runningAsRoot()) GTEST_SKIP() << "root can read a file without read permission";
+  TempDir dir;
+  const auto file = dir.write("locked.txt", "secret");
+  ASSERT_EQ(::chmod(file.c_str(), 0), 0);
+  const auto result = FileInspector().inspect(file);
+  ASSERT_TRUE(result);
+  const auto* identity = sectionTitled(*result, "Identity & Integrity");
+  ASSERT_NE(identity, nullptr);
+  EXPECT_EQ(rowValue(*identity, "SHA-256"), "<missing>");
+  EXPECT_EQ(rowValue(*identity, "Permissions"), "000");
+}
+
+TEST(FileInspector, leavesTheInspectedFileUntouched) {
+  TempDir dir;
+  const auto file = dir.write("photo.jpg", std::string(3 * 1024 * 1024, 'x'));
+  // An access time well in the past, so that any read through a normal open would move it.
+  const timespec times[2] = {{1'000'000'000, 0}, {1'000'000'000, 0}};
+  ASSERT_EQ(::utimensat(AT_FDCWD, file.c_str(), times, 0), 0);
+  struct stat before {};
+  ASSERT_EQ(::stat(file.c_str(), &before), 0);
+  ASSERT_TRUE(FileInspector().inspect(file));
+  struct stat after {};
+  ASSERT_EQ(::stat(file.c_str(), &after), 0);
+  EXPECT_EQ(after.st_size, before.st_size);
+  EXPECT_EQ(after.st_mtim.tv_sec, before.st_mtim.tv_sec);
+  EXPECT_EQ(after.st_ctim.tv_sec, before.st_ctim.tv_sec);
+  EXPECT_EQ(after.st_atim.tv_sec, before.st_atim.tv_sec);
+}
+
+}  // namespace
+}  // namespace lumenscribe

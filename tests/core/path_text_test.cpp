@@ -1,0 +1,49 @@
+// SPDX-FileCopyrightText: 2026 Lumenscribe Project
+// SPDX-License-Identifier: MIT
+#include "core/path_text.h"
+
+#include <gtest/gtest.h>
+
+namespace lumenscribe {
+namespace {
+
+TEST(ValidUtf8, replacesEachIllFormedByteAndKeepsTheRest) {
+  const std::string replacement = "\xEF\xBF\xBD";
+  EXPECT_EQ(validUtf8("plain"), "plain");
+  EXPECT_EQ(validUtf8("caf\xC3\xA9 \xF0\x9F\x93\xB7"), "caf\xC3\xA9 \xF0\x9F\x93\xB7");
+  EXPECT_EQ(validUtf8("a\xFF" "b"), "a" + replacement + "b");
+  EXPECT_EQ(validUtf8("\xC0\xAF"), replacement + replacement);          // overlong "/"
+  EXPECT_EQ(validUtf8("\xED\xA0\x80"), replacement + replacement + replacement);  // surrogate
+  EXPECT_EQ(validUtf8("\xF4\x90\x80\x80"),  // past U+10FFFF
+            replacement + replacement + replacement + replacement);
+  EXPECT_EQ(validUtf8("\xE2\x82"), replacement + replacement);          // cut short
+  EXPECT_EQ(validUtf8(std::string("a\0b", 3)), std::string("a\0b", 3));
+}
+
+TEST(PathText, findsNameAndExtensionAsAFileManagerWould) {
+  struct Case {
+    const char* path;
+    const char* name;
+    const char* extension;
+  };
+  for (const Case& c : {Case{"/a/photo.JPG", "photo.JPG", "JPG"},
+                        Case{"/a/archive.tar.gz", "archive.tar.gz", "gz"},
+                        Case{"/a/README", "README", ""},
+                        Case{"/a/trailing.", "trailing.", ""},
+                        Case{"/a/.bashrc", ".bashrc", ""},
+                        Case{"/a/dir.app/", "dir.app", "app"},
+                        Case{"/", "/", ""}}) {
+    EXPECT_EQ(lastPathComponent(c.path), c.name) << c.path;
+    EXPECT_EQ(pathExtension(c.path), c.extension) << c.path;
+  }
+  EXPECT_EQ(asciiLower("PhOTO.JPG \xC3\x89"), "photo.jpg \xC3\x89");
+}
+
+TEST(FileUrl, percentEncodesEveryByteThatIsNotPlain) {
+  EXPECT_EQ(fileUrl("/home/me/a b.txt"), "file:///home/me/a%20b.txt");
+  EXPECT_EQ(fileUrl("/x/\xFF\n%"), "file:///x/%FF%0A%25");
+  EXPECT_EQ(fileUrl("/x/caf\xC3\xA9"), "file:///x/caf%C3%A9");
+}
+
+}  // namespace
+}  // namespace lumenscribe

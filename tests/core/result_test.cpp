@@ -1,0 +1,80 @@
+// SPDX-FileCopyrightText: 2026 Lumenscribe Project
+// SPDX-License-Identifier: MIT
+#include "lumenscribe/result.h"
+
+#include <gtest/gtest.h>
+
+#include <regex>
+#include <unordered_set>
+
+namespace lumenscribe {
+namespace {
+
+TEST(Uuid, isRandomVersionFourInCanonicalForm) {
+  const std::regex canonical("[0-9a-f]{8}-[0-9a-f]{4}-4[0-9a-f]{3}-[89ab][0-9a-f]{3}-[0-9a-f]{12}");
+  std::unordered_set<std::string> seen;
+  for (int i = 0; i < 1000; ++i) {
+    const std::string text = Uuid::random().text();
+    EXPECT_TRUE(std::regex_match(text, canonical)) << text;
+    EXPECT_TRUE(seen.insert(text).second) << "repeated " << text;
+  }
+}
+
+TEST(Records, areEqualOnlyToThemselvesAndTheirCopies) {
+  const InsightRow row("Name", "a.txt");
+  const InsightRow twin("Name", "a.txt");
+  EXPECT_NE(row, twin);  // made separately: different identifiers
+  const InsightRow copy = row;
+  EXPECT_EQ(row, copy);
+  EXPECT_EQ(std::hash<InsightRow>{}(row), std::hash<InsightRow>{}(copy));
+
+  InsightSection section("File", "doc.fill", {row});
+  InsightSection changed = section;
+  changed.rows.front().value = "b.txt";
+  EXPECT_NE(section, changed);
+}
+
+TEST(Records, resultsCompareRawMetadataAsAMap) {
+  RawMetadata forward, backward;
+  forward["a"] = "1";
+  forward["B"] = "2";
+  backward["B"] = "2";
+  backward["a"] = "1";
+  const LumenscribeResult result("/tmp/x", "x", "Folder", 0, {"File"}, {}, {}, forward);
+  LumenscribeResult same = result;
+  same.rawMetadata = backward;
+  EXPECT_EQ(result, same);
+  EXPECT_EQ(std::hash<LumenscribeResult>{}(result), std::hash<LumenscribeResult>{}(same));
+  same.rawMetadata["a"] = "changed";
+  EXPECT_NE(result, same);
+}
+
+TEST(PrivacyLevel, roundTripsItsRawValuesAndNamesItsBadges) {
+  struct Case {
+    PrivacyLevel level;
+    std::string_view raw, badge, label;
+  };
+  for (const Case& c : {Case{PrivacyLevel::neutral, "neutral", "INFO", "Info"},
+                        Case{PrivacyLevel::notice, "notice", "CAUTION", "Caution"},
+                        Case{PrivacyLevel::sensitive, "sensitive", "WARNING", "Warning"}}) {
+    EXPECT_EQ(rawValue(c.level), c.raw);
+    EXPECT_EQ(badgeText(c.level), c.badge);
+    EXPECT_EQ(countLabel(c.level), c.label);
+    EXPECT_EQ(privacyLevelFromRawValue(c.raw), c.level);
+  }
+  EXPECT_EQ(privacyLevelFromRawValue("Notice"), std::nullopt);
+  EXPECT_EQ(privacyLevelFromRawValue(""), std::nullopt);
+}
+
+TEST(FileInspectionError, carriesItsMessagesAsErrorCodes) {
+  const std::error_code unsupported = FileInspectionError::unsupportedFile;
+  const std::error_code unreadable = FileInspectionError::unreadableFile;
+  EXPECT_EQ(unsupported.message(), "Lumenscribe could not inspect this file yet.");
+  EXPECT_EQ(unreadable.message(), "Lumenscribe could not read this file.");
+  EXPECT_NE(unsupported, unreadable);
+  EXPECT_TRUE(unsupported);  // never mistaken for success
+  EXPECT_NE(unsupported, std::error_code(1, std::system_category()));
+}
+
+}  // namespace
+}  // namespace lumenscribe

@@ -1,0 +1,114 @@
+// SPDX-FileCopyrightText: 2026 Lumenscribe Project
+// SPDX-License-Identifier: MIT
+#include "identity/identity_integrity.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include "test_files.h"
+
+namespace lumenscribe {
+namespace {
+
+using testing::TempDir;
+
+std::map<std::string, std::string> rowsOf(const Accumulators& accumulators) {
+  std::map<std::string, std::string> rows;
+  for (const auto& row : accumulators.sections.at(0).rows) rows[row.label] = row.value;
+  return rows;
+}
+
+TEST(FileFingerprint, hashesEveryByteAcrossChunkBoundaries) {
+  TempDir dir;
+  struct Case {
+    std::size_t size;
+    char fill;
+    const char* digest;
+  };
+  for (const Case& c :
+       {Case{0, 0, "e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855"},
+        Case{1024 * 1024, 0, "30e14955ebf1352266dc2ff8067e68104607e750abb9d3b36582b8af909fcb58"},
+        Case{1024 * 1024 + 1, 0, "2cb74edba754a81d121c9db6833704a8e7d417e5b13d1a19f4a52f007d644264"}}) {
+    const auto file = dir.write("f" + std::to_string(c.size), std::string(c.size, c.fill));
+    EXPECT_EQ(fileFingerprint(file), c.digest) << c.size;
+  }
+  EXPECT_EQ(fileFingerprint(dir.write("abc", "abc")),
+            "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad");
+  EXPECT_EQ(fileFingerprint(dir.path() / "missing"), std::nullopt);
+  // A directory opens but cannot be read: no digest rather than the digest of nothing.
+  EXPECT_EQ(fileFingerprint(dir.path()), std::nullopt);
+}
+
+TEST(HexDigest, writesTwoLowerCaseDigitsPerByte) {
+  const std::uint8_t bytes[] = {0x00, 0x0f, 0xa0, 0xff};
+  EXPECT_EQ(hexDigest(bytes), "000fa0ff");
+}
+
+TEST(IdentityAndIntegrity, reportsFingerprintOwnershipAndModeBits) {
+  TempDir dir;
+  const auto file = dir.write("setuid-tool", "x");
+  ASSERT_EQ(::chmod(file.c_str(), 04755), 0);
+  Accumulators accumulators;
+  addIdentityAndIntegrity(file, accumulators);
+
+  ASSERT_EQ(accumulators.sections.size(), 1u);
+  EXPECT_EQ(accumulators.sections[0].title, "Identity & Integrity");
+  EXPECT_EQ(accumulators.sections[0].systemImage, "fingerprint");
+  EXPECT_EQ(accumulators.summaryItems, std::vector<std::string>{"Identity & Integrity"});
+  EXPECT_TRUE(accumulators.findings.empty());
+
+  const auto rows = rowsOf(accumulators);
+  EXPECT_EQ(rows.at("Permissions"), "4755");
+  EXPECT_EQ(rows.at("Filesystem Type"), "Regular file");
+  EXPECT_EQ(rows.at("SHA-256").size(), 64u);
+  EXPECT_FALSE(rows.at("Owner").empty());
+  // Every row has its raw twin with the same text.
+  const auto& raw = accumulators.rawMetadata;
+  EXPECT_EQ(raw.at("File SHA-256"), rows.at("SHA-256"));
+  EXPECT_EQ(raw.at("File Owner"), rows.at("Owner"));
+  EXPECT_EQ(raw.at("File Group"), rows.at("Group"));
+  EXPECT_EQ(raw.at("File POSIX Permissions"), "4755");
+  EXPECT_EQ(raw.at("File Filesystem Type"), "Regular file");
+
+  ASSERT_EQ(::chmod(file.c_str(), 0), 0);
+  Accumulators locked;
+  addIdentityAndIntegrity(file, locked);
+  EXPECT_EQ(rowsOf(locked).at("Permissions"), "000");
+}
+
+TEST(IdentityAndIntegrity, keepsOwnershipWhenTheContentIsUnreadable) {
+  if (testing::runningAsRoot()) GTEST_SKIP() << "root can read a file without read permission";
+  TempDir dir;
+  const auto file = dir.write("secret", "x");
+  ASSERT_EQ(::chmod(file.c_str(), 0200), 0);
+  Accumulators accumulators;
+  addIdentityAndIntegrity(file, accumulators);
+  const auto rows = rowsOf(accumulators);
+  EXPECT_EQ(rows.count("SHA-256"), 0u);
+  EXPECT_EQ(accumulators.rawMetadata.count("File SHA-256"), 0u);
+  EXPECT_EQ(rows.at("Permissions"), "200");
+  EXPECT_TRUE(rows.count("Owner"));
+}
+
+TEST(IdentityAndIntegrity, describesALinkAsTheLinkItIs) {
+  TempDir dir;
+  const auto target = dir.write("target", "x");
+  const auto link = dir.path() / "link";
+  std::filesystem::create_symlink(target, link);
+  Accumulators accumulators;
+  addIdentityAndIntegrity(link, accumulators);
+  const auto rows = rowsOf(accumulators);
+  EXPECT_EQ(rows.at("Filesystem Type"), "Symbolic link");
+  EXPECT_EQ(rows.at("SHA-256"), *fileFingerprint(target));  // the content is the target's
+}
+
+TEST(IdentityAndIntegrity, addsNothingForAnItemThatIsGone) {
+  Accumulators accumulators;
+  addIdentityAndIntegrity("/nonexistent/lumenscribe/item", accumulators);
+  EXPECT_TRUE(accumulators.sections.empty());
+  EXPECT_TRUE(accumulators.summaryItems.empty());
+  EXPECT_TRUE(accumulators.rawMetadata.empty());
+}
+
+}  // namespace
+}  // namespace lumenscribe
