@@ -20,7 +20,7 @@ packages=(
   libgtest-dev googletest zip qpdf libimage-exiftool-perl poppler-utils libvips-tools
   xvfb xauth
   # benchmarks
-  openssl hyperfine
+  openssl hyperfine time
 )
 
 missing=()
