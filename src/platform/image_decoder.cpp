@@ -1,0 +1,259 @@
+// SPDX-FileCopyrightText: 2026 Lumenscribe Project
+// SPDX-License-Identifier: MIT
+#include "platform/image_decoder.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+#include <vips/vips.h>
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "platform/file_descriptor.h"
+#include "platform/mime_database.h"
+
+namespace lumenscribe::platform {
+
+namespace {
+
+// What content sniffing is shown: as much as the MIME database reads of a file itself.
+constexpr std::size_t kSniffSize = 16 * 1024;
+// Damaged images can warn once per row; the first few say all there is to say.
+constexpr std::size_t kMessageCap = 64 * 1024;
+
+// The image formats the loaders left unblocked decode. An image type outside this list
+// that no loader takes (a BMP, a camera raw, an SVG) is one we cannot verify, which is not
+// damage; a listed one that no loader takes is.
+constexpr std::array<std::string_view, 11> kDecodableImageTypes = {
+    "image/jpeg", "image/png",           "image/gif",           "image/webp",
+    "image/tiff", "image/heif",          "image/heic",          "image/avif",
+    "image/apng", "image/heif-sequence", "image/heic-sequence",
+};
+
+struct GObjectUnref {
+  void operator()(gpointer object) const noexcept {
+    if (object != nullptr) g_object_unref(object);
+  }
+};
+using SourcePtr = std::unique_ptr<VipsSource, GObjectUnref>;
+using ImagePtr = std::unique_ptr<VipsImage, GObjectUnref>;
+
+// libvips keeps one error buffer and one log domain for the whole process, so a check's
+// messages are its own only while no other check runs.
+std::mutex& checkMutex() {
+  static std::mutex mutex;
+  return mutex;
+}
+
+// Where the log handler puts the VIPS domain's messages while a check runs; decoding
+// happens on libvips' worker thread, so the sink is shared under a lock.
+struct WarningLog {
+  std::mutex mutex;
+  std::string* sink = nullptr;
+};
+
+WarningLog& warningLog() {
+  static WarningLog log;
+  return log;
+}
+
+void onVipsLog(const gchar* /*domain*/, GLogLevelFlags /*level*/, const gchar* message,
+               gpointer /*data*/) {
+  WarningLog& log = warningLog();
+  const std::lock_guard lock(log.mutex);
+  if (log.sink == nullptr || message == nullptr || log.sink->size() >= kMessageCap) return;
+  log.sink->append(message).push_back('\n');
+}
+
+// Collects the VIPS domain's messages for as long as it lives.
+class WarningCapture {
+ public:
+  WarningCapture() {
+    const std::lock_guard lock(warningLog().mutex);
+    warningLog().sink = &messages_;
+  }
+  ~WarningCapture() {
+    const std::lock_guard lock(warningLog().mutex);
+    warningLog().sink = nullptr;
+  }
+  WarningCapture(const WarningCapture&) = delete;
+  WarningCapture& operator=(const WarningCapture&) = delete;
+
+  std::string take() {
+    const std::lock_guard lock(warningLog().mutex);
+    return std::exchange(messages_, {});
+  }
+
+ private:
+  std::string messages_;
+};
+
+std::string takeVipsErrors() {
+  char* text = vips_error_buffer_copy();
+  std::string errors = text != nullptr ? text : "";
+  g_free(text);
+  return errors;
+}
+
+bool contains(std::string_view text, std::string_view part) {
+  return text.find(part) != std::string_view::npos;
+}
+
+bool isBlank(std::string_view text) {
+  return std::all_of(text.begin(), text.end(),
+                     [](char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; });
+}
+
+// libtiff's short-read message: "... got 1200 bytes, expected 4096".
+bool saysShortRead(std::string_view text) {
+  for (std::size_t at = text.find("got "); at != std::string_view::npos;
+       at = text.find("got ", at + 1)) {
+    std::size_t cursor = at + 4;
+    const std::size_t digits = cursor;
+    while (cursor < text.size() && std::isdigit(static_cast<unsigned char>(text[cursor]))) ++cursor;
+    if (cursor > digits && text.substr(cursor).starts_with(" bytes, expected ")) return true;
+  }
+  return false;
+}
+
+// The header failed because the data ran out rather than because it is wrong.
+bool headerSaysDataEnded(std::string_view messages) {
+  return isBlank(messages) || contains(messages, "Premature end") ||
+         contains(messages, "Unexpected end") || contains(messages, "not enough data");
+}
+
+// Only a lenient decode got through, and what stopped the strict one was the data ending.
+// "Corrupt JPEG data: premature end of data segment" is damage inside the data, not this.
+bool decodeSaysDataEnded(std::string_view messages) {
+  return contains(messages, "Premature end of input file") ||
+         contains(messages, "Premature end of JPEG file") ||
+         contains(messages, "not enough data") || contains(messages, "Unexpected end") ||
+         saysShortRead(messages);
+}
+
+// A RIFF container (WebP) whose size field claims more bytes than the file has; its
+// loader only says that it cannot parse the image.
+bool riffSizeBeyondFile(std::span<const std::byte> head, std::int64_t fileSize) {
+  if (head.size() < 8) return false;
+  const auto byte = [&](std::size_t index) { return std::to_integer<std::uint32_t>(head[index]); };
+  if (byte(0) != 'R' || byte(1) != 'I' || byte(2) != 'F' || byte(3) != 'F') return false;
+  const std::int64_t declared = byte(4) | byte(5) << 8 | byte(6) << 16 | byte(7) << 24;
+  return declared + 8 > fileSize;
+}
+
+bool isUndecodableImageType(std::span<const std::byte> head) {
+  const auto type = contentTypeForData(head);
+  if (!type || !type->conformsTo(AbstractType::image)) return false;
+  return std::none_of(kDecodableImageTypes.begin(), kDecodableImageTypes.end(),
+                      [&](std::string_view name) { return type->conformsTo(name); });
+}
+
+struct DecodePass {
+  bool headerLoaded = false;
+  bool hasImage = false;
+  bool decoded = false;
+  std::string messages;
+};
+
+// Loads the header from `source` and reads every pixel of image 0 through a running
+// average, so nothing beyond a few scanlines is ever held in memory.
+DecodePass decode(VipsSource* source, VipsFailOn failOn) {
+  DecodePass pass;
+  WarningCapture capture;
+  vips_error_clear();
+  const ImagePtr image(vips_image_new_from_source(source, "", "access", VIPS_ACCESS_SEQUENTIAL,
+                                                  "fail_on", failOn, nullptr));
+  if (image) {
+    pass.headerLoaded = true;
+    pass.hasImage = vips_image_get_n_pages(image.get()) >= 1;
+    double average = 0;
+    pass.decoded = pass.hasImage && vips_avg(image.get(), &average, nullptr) == 0;
+  }
+  pass.messages = takeVipsErrors() + capture.take();
+  return pass;
+}
+
+SourcePtr sourceFromStart(int fd) {
+  // libvips duplicates the descriptor, which shares our file position.
+  if (::lseek(fd, 0, SEEK_SET) != 0) return nullptr;
+  return SourcePtr(vips_source_new_from_descriptor(fd));
+}
+
+}  // namespace
+
+bool initialiseVips() {
+  static const bool ready = [] {
+    // Installed first, so that even start-up warnings stay off the user's terminal.
+    g_log_set_handler("VIPS",
+                      static_cast<GLogLevelFlags>(G_LOG_LEVEL_MASK | G_LOG_FLAG_FATAL |
+                                                  G_LOG_FLAG_RECURSION),
+                      onVipsLog, nullptr);
+    if (VIPS_INIT("lumenscribe") != 0) {
+      vips_error_clear();
+      return false;
+    }
+    vips_block_untrusted_set(TRUE);
+    // A text file of numbers is not a picture, whatever it is named.
+    vips_operation_block_set("VipsForeignLoadMatrix", TRUE);
+    vips_cache_set_max(0);
+    // At libvips' default concurrency a damaged JPEG was sometimes decoded clean; with
+    // one worker it is caught every time.
+    vips_concurrency_set(1);
+    return true;
+  }();
+  return ready;
+}
+
+ImageDecodeStatus decodeImageStatus(const std::filesystem::path& path) {
+  const UniqueFd fd = openForReading(path);
+  if (!fd) return ImageDecodeStatus::cannotOpen;
+  std::vector<std::byte> head(kSniffSize);
+  const auto headSize = readFullyAt(fd.get(), head, 0);
+  struct stat status {};
+  if (!headSize || ::fstat(fd.get(), &status) != 0) return ImageDecodeStatus::cannotOpen;
+  head.resize(*headSize);
+  // Without libvips nothing can be verified, which is no evidence of damage.
+  if (!initialiseVips()) return ImageDecodeStatus::unknownImageType;
+
+  const std::lock_guard lock(checkMutex());
+  const SourcePtr source = sourceFromStart(fd.get());
+  if (!source) {
+    vips_error_clear();
+    return ImageDecodeStatus::cannotOpen;
+  }
+  if (vips_foreign_find_load_source(source.get()) == nullptr) {
+    vips_error_clear();
+    return isUndecodableImageType(head) ? ImageDecodeStatus::unknownImageType
+                                        : ImageDecodeStatus::noImage;
+  }
+
+  const DecodePass strict = decode(source.get(), VIPS_FAIL_ON_WARNING);
+  if (!strict.headerLoaded) {
+    return headerSaysDataEnded(strict.messages) || riffSizeBeyondFile(head, status.st_size)
+               ? ImageDecodeStatus::headerTruncated
+               : ImageDecodeStatus::headerInvalid;
+  }
+  if (!strict.hasImage) return ImageDecodeStatus::noImage;
+  if (strict.decoded) return ImageDecodeStatus::complete;
+
+  const SourcePtr again = sourceFromStart(fd.get());
+  if (!again) {
+    vips_error_clear();
+    return ImageDecodeStatus::decodeFailed;
+  }
+  const DecodePass lenient = decode(again.get(), VIPS_FAIL_ON_NONE);
+  if (!lenient.decoded) return ImageDecodeStatus::decodeFailed;
+  return decodeSaysDataEnded(strict.messages + lenient.messages) ? ImageDecodeStatus::incomplete
+                                                                 : ImageDecodeStatus::invalidData;
+}
+
+}  // namespace lumenscribe::platform
