@@ -4,8 +4,10 @@
 
 #include "core/accumulators.h"
 #include "core/path_text.h"
+#include "health/health_assessment.h"
 #include "identity/basic_facts.h"
 #include "identity/identity_integrity.h"
+#include "identity/type_verification.h"
 #include "platform/file_status.h"
 #include "privacy/privacy_summary.h"
 
@@ -47,6 +49,8 @@ Expected<LumenscribeResult> FileInspector::inspect(const std::filesystem::path& 
 
   if (facts.isRegularFile) {
     addIdentityAndIntegrity(url, accumulators);
+    verifyFileType(url, facts.contentType, accumulators);
+    assessFileHealth(url, facts.contentType, facts.fileSize.value_or(0), accumulators);
   }
 
   // Then: the folder or ZIP inventory, system metadata, the PDF, audio, video and text
