@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include "core/path_text.h"
+#include "health/health_explanation.h"
 #include "privacy/privacy_summary.h"
 
 namespace lumenscribe {
@@ -27,6 +28,21 @@ ordered_json sectionJson(const InsightSection& section) {
           {"title", section.title},
           {"systemImage", section.systemImage},
           {"rows", std::move(rows)}};
+}
+
+// What the "Inspect Further" sheet would say, for a health verdict other than "Looks intact".
+ordered_json healthExplanationJson(const InsightSection& section) {
+  const HealthInspection inspection = healthInspection(section);
+  const auto optionalText = [](const std::optional<std::string>& text) {
+    return text ? ordered_json(*text) : ordered_json(nullptr);
+  };
+  return {{"assessment", inspection.assessment},
+          {"readable", inspection.readable},
+          {"structureLabel", optionalText(inspection.structureLabel)},
+          {"structureValue", optionalText(inspection.structureValue)},
+          {"meaning", inspection.explanation.meaning},
+          {"knownFacts", inspection.explanation.knownFacts},
+          {"nextSteps", inspection.explanation.nextSteps}};
 }
 
 }  // namespace
@@ -63,6 +79,12 @@ std::string resultJson(const LumenscribeResult& result) {
       {"verdict", {{"text", verdict.text}, {"level", verdictLevelText(verdict.level)}}},
       {"counts", {{"info", counts.info}, {"caution", counts.caution}, {"warning", counts.warning}}},
   };
+  for (const auto& section : result.sections) {
+    if (section.title == "File Health" && offersHealthInspection(section)) {
+      json["healthExplanation"] = healthExplanationJson(section);
+      break;
+    }
+  }
   return dump(json);
 }
 
