@@ -10,7 +10,7 @@
 #include <string>
 #include <string_view>
 
-namespace lumenscribe::testing {
+namespace lumenscribe::test {
 
 /// A fresh directory under the system's temp folder, removed with everything in it.
 class TempDir {
@@ -45,4 +45,4 @@ class TempDir {
 /// Root reads everything, so permission tests only mean something for other users.
 inline bool runningAsRoot() { return ::geteuid() == 0; }
 
-}  // namespace lumenscribe::testing
+}  // namespace lumenscribe::test

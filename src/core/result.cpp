@@ -70,32 +70,28 @@ LumenscribeResult::LumenscribeResult(std::filesystem::path url, std::string disp
       privacyFindings(std::move(privacyFindings)),
       rawMetadata(std::move(rawMetadata)) {}
 
-std::string_view rawValue(PrivacyLevel level) {
-  switch (level) {
-    case PrivacyLevel::neutral: return "neutral";
-    case PrivacyLevel::notice: return "notice";
-    case PrivacyLevel::sensitive: return "sensitive";
-  }
-  return "neutral";
-}
+namespace {
 
-std::string_view badgeText(PrivacyLevel level) {
-  switch (level) {
-    case PrivacyLevel::neutral: return "INFO";
-    case PrivacyLevel::notice: return "CAUTION";
-    case PrivacyLevel::sensitive: return "WARNING";
-  }
-  return "INFO";
-}
+struct LevelNames {
+  std::string_view raw;
+  std::string_view badge;
+  std::string_view label;
+};
 
-std::string_view countLabel(PrivacyLevel level) {
-  switch (level) {
-    case PrivacyLevel::neutral: return "Info";
-    case PrivacyLevel::notice: return "Caution";
-    case PrivacyLevel::sensitive: return "Warning";
-  }
-  return "Info";
-}
+// Indexed by PrivacyLevel, in declaration order.
+constexpr LevelNames kLevelNames[] = {
+    {"neutral", "INFO", "Info"},
+    {"notice", "CAUTION", "Caution"},
+    {"sensitive", "WARNING", "Warning"},
+};
+
+const LevelNames& namesOf(PrivacyLevel level) { return kLevelNames[static_cast<int>(level)]; }
+
+}  // namespace
+
+std::string_view rawValue(PrivacyLevel level) { return namesOf(level).raw; }
+std::string_view badgeText(PrivacyLevel level) { return namesOf(level).badge; }
+std::string_view countLabel(PrivacyLevel level) { return namesOf(level).label; }
 
 std::optional<PrivacyLevel> privacyLevelFromRawValue(std::string_view text) {
   for (auto level : {PrivacyLevel::neutral, PrivacyLevel::notice, PrivacyLevel::sensitive}) {

@@ -34,10 +34,14 @@ UniqueFd openForReading(const std::filesystem::path& path) {
   return UniqueFd(fd);
 }
 
-std::optional<std::size_t> readFully(int fd, std::span<std::byte> buffer) {
+namespace {
+
+// Calls `readSome(buffer, offsetSoFar)` until the buffer is full or the file ends.
+template <class ReadSome>
+std::optional<std::size_t> fill(std::span<std::byte> buffer, ReadSome readSome) {
   std::size_t done = 0;
   while (done < buffer.size()) {
-    const ssize_t count = ::read(fd, buffer.data() + done, buffer.size() - done);
+    const ssize_t count = readSome(buffer.subspan(done), done);
     if (count < 0) {
       if (errno == EINTR) continue;
       return std::nullopt;
@@ -48,20 +52,20 @@ std::optional<std::size_t> readFully(int fd, std::span<std::byte> buffer) {
   return done;
 }
 
+}  // namespace
+
+std::optional<std::size_t> readFully(int fd, std::span<std::byte> buffer) {
+  return fill(buffer, [fd](std::span<std::byte> rest, std::size_t) {
+    return ::read(fd, rest.data(), rest.size());
+  });
+}
+
 std::optional<std::size_t> readFullyAt(int fd, std::span<std::byte> buffer, std::int64_t offset) {
   if (offset < 0) return std::nullopt;
-  std::size_t done = 0;
-  while (done < buffer.size()) {
-    const ssize_t count = ::pread(fd, buffer.data() + done, buffer.size() - done,
-                                  static_cast<off_t>(offset + static_cast<std::int64_t>(done)));
-    if (count < 0) {
-      if (errno == EINTR) continue;
-      return std::nullopt;
-    }
-    if (count == 0) break;
-    done += static_cast<std::size_t>(count);
-  }
-  return done;
+  return fill(buffer, [fd, offset](std::span<std::byte> rest, std::size_t done) {
+    return ::pread(fd, rest.data(), rest.size(),
+                   static_cast<off_t>(offset + static_cast<std::int64_t>(done)));
+  });
 }
 
 }  // namespace lumenscribe::platform

@@ -12,7 +12,7 @@
 namespace lumenscribe {
 namespace {
 
-using testing::TempDir;
+using test::TempDir;
 
 struct CliRun {
   int status;

@@ -16,7 +16,7 @@
 namespace lumenscribe {
 namespace {
 
-using testing::TempDir;
+using test::TempDir;
 
 const InsightSection* sectionTitled(const LumenscribeResult& result, std::string_view title) {
   for (const auto& section : result.sections) {
@@ -146,7 +146,7 @@ TEST(FileInspector, copesWithAwkwardNames) {
 }
 
 TEST(FileInspector, reportsAnUnreadableFileWithoutItsFingerprint) {
-  if (testing::runningAsRoot()) GTEST_SKIP() << "root can read a file without read permission";
+  if (test::runningAsRoot()) GTEST_SKIP() << "root can read a file without read permission";
   TempDir dir;
   const auto file = dir.write("locked.txt", "secret");
   ASSERT_EQ(::chmod(file.c_str(), 0), 0);

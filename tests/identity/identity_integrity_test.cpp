@@ -10,7 +10,7 @@
 namespace lumenscribe {
 namespace {
 
-using testing::TempDir;
+using test::TempDir;
 
 std::map<std::string, std::string> rowsOf(const Accumulators& accumulators) {
   std::map<std::string, std::string> rows;
@@ -77,7 +77,7 @@ TEST(IdentityAndIntegrity, reportsFingerprintOwnershipAndModeBits) {
 }
 
 TEST(IdentityAndIntegrity, keepsOwnershipWhenTheContentIsUnreadable) {
-  if (testing::runningAsRoot()) GTEST_SKIP() << "root can read a file without read permission";
+  if (test::runningAsRoot()) GTEST_SKIP() << "root can read a file without read permission";
   TempDir dir;
   const auto file = dir.write("secret", "x");
   ASSERT_EQ(::chmod(file.c_str(), 0200), 0);
