@@ -157,6 +157,27 @@ bool isUndecodableImageType(std::span<const std::byte> head) {
                       [&](std::string_view name) { return type->conformsTo(name); });
 }
 
+// The first loader, by libvips' own priority, that takes these bytes and is not blocked.
+// libvips' own search returns blocked loaders too (which then refuse to run), and would
+// stop at a blocked one that claims a file an allowed loader reads, such as a tiled TIFF.
+const char* unblockedLoaderFor(VipsSource* source) {
+  const auto accepts = [](void* item, void* data, void* /*unused*/) -> void* {
+    auto* const loader = static_cast<VipsForeignLoadClass*>(item);
+    auto* const candidate = static_cast<VipsSource*>(data);
+    const char* const nickname = VIPS_OBJECT_CLASS(item)->nickname;
+    if (nickname == nullptr || !std::string_view(nickname).ends_with("_source") ||
+        loader->is_a_source == nullptr) {
+      return nullptr;
+    }
+    if ((VIPS_OPERATION_CLASS(item)->flags & VIPS_OPERATION_BLOCKED) != 0) return nullptr;
+    // A test may have read rather than sniffed: every test starts from the first byte.
+    if (vips_source_rewind(candidate) != 0) return nullptr;
+    return loader->is_a_source(candidate) ? item : nullptr;
+  };
+  void* const found = vips_foreign_map("VipsForeignLoad", accepts, source, nullptr);
+  return found != nullptr ? VIPS_OBJECT_CLASS(found)->nickname : nullptr;
+}
+
 struct DecodePass {
   bool headerLoaded = false;
   bool hasImage = false;
@@ -164,15 +185,17 @@ struct DecodePass {
   std::string messages;
 };
 
-// Loads the header from `source` and reads every pixel of image 0 through a running
+// Loads the header from `source` with `loader` and reads every pixel of image 0 through a running
 // average, so nothing beyond a few scanlines is ever held in memory.
-DecodePass decode(VipsSource* source, VipsFailOn failOn) {
+DecodePass decode(const char* loader, VipsSource* source, VipsFailOn failOn) {
   DecodePass pass;
   WarningCapture capture;
   vips_error_clear();
-  const ImagePtr image(vips_image_new_from_source(source, "", "access", VIPS_ACCESS_SEQUENTIAL,
-                                                  "fail_on", failOn, nullptr));
-  if (image) {
+  VipsImage* loaded = nullptr;
+  const int failed = vips_call(loader, source, &loaded, "access", VIPS_ACCESS_SEQUENTIAL,
+                               "fail_on", failOn, nullptr);
+  const ImagePtr image(loaded);
+  if (failed == 0 && image) {
     pass.headerLoaded = true;
     pass.hasImage = vips_image_get_n_pages(image.get()) >= 1;
     double average = 0;
@@ -230,13 +253,14 @@ ImageDecodeStatus decodeImageStatus(const std::filesystem::path& path) {
     vips_error_clear();
     return ImageDecodeStatus::cannotOpen;
   }
-  if (vips_foreign_find_load_source(source.get()) == nullptr) {
+  const char* const loader = unblockedLoaderFor(source.get());
+  if (loader == nullptr || vips_source_rewind(source.get()) != 0) {
     vips_error_clear();
     return isUndecodableImageType(head) ? ImageDecodeStatus::unknownImageType
                                         : ImageDecodeStatus::noImage;
   }
 
-  const DecodePass strict = decode(source.get(), VIPS_FAIL_ON_WARNING);
+  const DecodePass strict = decode(loader, source.get(), VIPS_FAIL_ON_WARNING);
   if (!strict.headerLoaded) {
     return headerSaysDataEnded(strict.messages) || riffSizeBeyondFile(head, status.st_size)
                ? ImageDecodeStatus::headerTruncated
@@ -250,7 +274,7 @@ ImageDecodeStatus decodeImageStatus(const std::filesystem::path& path) {
     vips_error_clear();
     return ImageDecodeStatus::decodeFailed;
   }
-  const DecodePass lenient = decode(again.get(), VIPS_FAIL_ON_NONE);
+  const DecodePass lenient = decode(loader, again.get(), VIPS_FAIL_ON_NONE);
   if (!lenient.decoded) return ImageDecodeStatus::decodeFailed;
   return decodeSaysDataEnded(strict.messages + lenient.messages) ? ImageDecodeStatus::incomplete
                                                                  : ImageDecodeStatus::invalidData;
