@@ -1,0 +1,225 @@
+// SPDX-FileCopyrightText: 2026 Lumenscribe Project
+// SPDX-License-Identifier: MIT
+#include "health/health_assessment.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <fstream>
+#include <iterator>
+
+#include "platform/mime_database.h"
+#include "test_files.h"
+
+namespace lumenscribe {
+namespace {
+
+using test::TempDir;
+
+const std::filesystem::path kFixtures = std::filesystem::path(LUMENSCRIBE_TEST_DATA_DIR) / "health";
+
+constexpr const char* kDamage = "exclamationmark.triangle.fill";
+constexpr const char* kLimited = "stethoscope";
+constexpr const char* kIntact = "checkmark.shield.fill";
+
+struct Expected {
+  std::string file;
+  std::string verdict;
+  std::string structureLabel;
+  std::string structureValue;
+  std::string icon;
+  std::string detail;
+};
+
+Accumulators assess(const std::filesystem::path& file) {
+  Accumulators accumulators;
+  const auto size = static_cast<std::int64_t>(std::filesystem::file_size(file));
+  assessFileHealth(file, platform::contentTypeForFile(file), size, accumulators);
+  return accumulators;
+}
+
+void expectVerdict(const Accumulators& accumulators, const Expected& want) {
+  ASSERT_EQ(accumulators.sections.size(), 1u);
+  const InsightSection& section = accumulators.sections[0];
+  EXPECT_EQ(section.title, "File Health");
+  EXPECT_EQ(section.systemImage, want.icon);
+  ASSERT_EQ(section.rows.size(), 3u);
+  EXPECT_EQ(section.rows[0].label, "Assessment");
+  EXPECT_EQ(section.rows[0].value, want.verdict);
+  EXPECT_EQ(section.rows[1].label, "Readable");
+  EXPECT_EQ(section.rows[1].value, "Yes");
+  EXPECT_EQ(section.rows[2].label, want.structureLabel);
+  EXPECT_EQ(section.rows[2].value, want.structureValue);
+  EXPECT_EQ(accumulators.summaryItems, std::vector<std::string>{"File Health"});
+  const RawMetadata raw = {{"File Health Assessment", want.verdict},
+                           {"File Health Detail", want.detail}};
+  EXPECT_EQ(accumulators.rawMetadata, raw);
+  if (want.verdict == "Looks intact") {
+    EXPECT_TRUE(accumulators.findings.empty());
+  } else {
+    ASSERT_EQ(accumulators.findings.size(), 1u);
+    EXPECT_EQ(accumulators.findings[0].title, want.verdict);
+    EXPECT_EQ(accumulators.findings[0].detail, want.detail);
+    EXPECT_EQ(accumulators.findings[0].level,
+              want.icon == kDamage ? PrivacyLevel::sensitive : PrivacyLevel::notice);
+  }
+}
+
+const std::string kIntactDetail = "Lumenscribe did not find an obvious structural problem.";
+
+TEST(HealthAssessment, imagesAreJudgedByDecodingThem) {
+  const std::string truncated =
+      "The image appears truncated; ImageIO reached the end of the file unexpectedly.";
+  const std::string incomplete = "ImageIO reports that the image data is incomplete.";
+  const std::string invalid = "ImageIO reports invalid image data.";
+  const Expected cases[] = {
+      {"intact.jpg", "Looks intact", "Image Structure", "Complete", kIntact, kIntactDetail},
+      {"intact.png", "Looks intact", "Image Structure", "Complete", kIntact, kIntactDetail},
+      {"truncated_at_50_percent.jpg", "Possible damage", "Image Structure", "Incomplete", kDamage, incomplete},
+      {"truncated_at_95_percent.jpg", "Possible damage", "Image Structure", "Incomplete", kDamage, incomplete},
+      {"cut_short.png", "Possible damage", "Image Structure", "Incomplete", kDamage, incomplete},
+      {"scan_data_overwritten.jpg", "Possible damage", "Image Structure", "Invalid data", kDamage, invalid},
+      {"broken_idat_crc.png", "Possible damage", "Image Structure", "Invalid data", kDamage, invalid},
+      {"truncated_in_header.jpg", "Possible damage", "Image Structure", "Unexpected end of file", kDamage, truncated},
+      {"truncated.webp", "Possible damage", "Image Structure", "Unexpected end of file", kDamage, truncated},
+      {"photo.jpg", "Possible damage", "Image Structure", "No readable image", kDamage,
+       "ImageIO found no readable image frames."},
+      // We cannot decode a BMP: that limits the check, it is no sign of damage.
+      {"unsupported.bmp", "Verification limited", "Image Structure", "Unknown type", kLimited,
+       "ImageIO could not determine a supported image type."},
+      // The content signature plays no part: a PNG named notes.txt gets the read test.
+      {"notes.txt", "Looks intact", "Basic Read Test", "Passed", kIntact, kIntactDetail},
+  };
+  for (const Expected& want : cases) {
+    SCOPED_TRACE(want.file);
+    expectVerdict(assess(kFixtures / want.file), want);
+  }
+}
+
+TEST(HealthAssessment, pdfsAndZipsAreJudgedByTheirOwnChecks) {
+  const std::string cannotOpen =
+      "The file identifies as a PDF, but PDFKit could not open its document structure.";
+  const Expected cases[] = {
+      {"one_page.pdf", "Looks intact", "PDF Structure", "1 page readable", kIntact, kIntactDetail},
+      {"three_pages.pdf", "Looks intact", "PDF Structure", "3 pages readable", kIntact, kIntactDetail},
+      // An owner password alone leaves the document open: it is judged by its pages.
+      {"encrypted_owner_password_only.pdf", "Looks intact", "PDF Structure", "1 page readable",
+       kIntact, kIntactDetail},
+      {"encrypted_user_password.pdf", "Verification limited", "PDF Structure", "Locked / encrypted",
+       kLimited,
+       "The PDF is encrypted and locked, so Lumenscribe cannot fully verify its internal "
+       "contents."},
+      {"zero_pages.pdf", "Possible damage", "PDF Structure", "No readable pages", kDamage,
+       "The file identifies as a PDF, but Lumenscribe could not find a readable page structure."},
+      {"not_a_pdf.pdf", "Possible damage", "PDF Structure", "Could not open", kDamage, cannotOpen},
+      {"report.pdf", "Possible damage", "PDF Structure", "Could not open", kDamage, cannotOpen},
+      {"intact.zip", "Looks intact", "ZIP Structure", "Integrity test passed", kIntact, kIntactDetail},
+      {"password_protected.zip", "Verification limited", "ZIP Structure",
+       "Encrypted / password required", kLimited,
+       "The ZIP appears encrypted or password-protected, so Lumenscribe could not fully verify "
+       "its contents."},
+      {"truncated.zip", "Possible damage", "ZIP Structure", "Integrity test failed", kDamage,
+       "The ZIP archive did not pass its integrity test and may be damaged or truncated."},
+      {"archive.zip", "Possible damage", "ZIP Structure", "Integrity test failed", kDamage,
+       "The ZIP archive did not pass its integrity test and may be damaged or truncated."},
+  };
+  for (const Expected& want : cases) {
+    SCOPED_TRACE(want.file);
+    expectVerdict(assess(kFixtures / want.file), want);
+  }
+}
+
+TEST(HealthAssessment, kindOfFileComesFromTypeAndExtensionNotContent) {
+  TempDir dir;
+  const auto zipBytes = [] {
+    std::ifstream in(kFixtures / "intact.zip", std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), {});
+  }();
+  // A ZIP under another name gets only the read test; a PDF extension wins over no type.
+  struct Case {
+    std::filesystem::path file;
+    std::optional<ContentType> platformType;
+    std::string structureLabel;
+  };
+  const Case cases[] = {
+      {dir.write("bundle.epub2", zipBytes), std::nullopt, "Basic Read Test"},
+      {dir.write("Scan.PDF", "not a pdf"), std::nullopt, "PDF Structure"},
+      {dir.write("Backup.ZIP", zipBytes), std::nullopt, "ZIP Structure"},
+      {dir.write("frame.raw", "not an image"), platform::contentTypeForName("image/png"),
+       "Image Structure"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.file.filename().string());
+    Accumulators accumulators;
+    assessFileHealth(c.file, c.platformType,
+                     static_cast<std::int64_t>(std::filesystem::file_size(c.file)), accumulators);
+    EXPECT_EQ(accumulators.sections.at(0).rows.at(2).label, c.structureLabel);
+  }
+}
+
+TEST(HealthAssessment, emptyAndOneByteFilesNeedNoFormatCheck) {
+  TempDir dir;
+  Accumulators empty;
+  assessFileHealth(kFixtures / "empty.jpg", platform::contentTypeForName("image/jpeg"), 0, empty);
+  expectVerdict(empty, {"", "Empty file", "Structure", "No content", kLimited,
+                        "This file contains zero bytes. That may be intentional, but it has no "
+                        "content to inspect."});
+
+  Accumulators oneByte;
+  assessFileHealth(dir.write("one", "x"), std::nullopt, 1, oneByte);
+  expectVerdict(oneByte, {"", "Looks intact", "Basic Read Test", "Passed", kIntact, kIntactDetail});
+}
+
+TEST(HealthAssessment, sizeBeyondTheFileIsAReadProblem) {
+  TempDir dir;
+  const auto file = dir.write("short.bin", std::string(100, '\x01'));
+  Accumulators accumulators;
+  assessFileHealth(file, std::nullopt, 4096, accumulators);
+  expectVerdict(accumulators, {"", "Possible read problem", "Basic Read Test", "Failed", kDamage,
+                               "Lumenscribe could not read both the beginning and end of this "
+                               "file."});
+}
+
+TEST(HealthAssessment, unreadableFileIsReportedBeforeAnyCheck) {
+  if (test::runningAsRoot()) GTEST_SKIP() << "root reads every file";
+  TempDir dir;
+  const auto file = dir.write("locked.jpg", "secret");
+  ASSERT_EQ(::chmod(file.c_str(), 0), 0);
+  Accumulators accumulators;
+  assessFileHealth(file, platform::contentTypeForName("image/jpeg"), 6, accumulators);
+  const auto& rows = accumulators.sections.at(0).rows;
+  ASSERT_EQ(rows.size(), 3u);
+  EXPECT_EQ(rows[0].value, "Unreadable");
+  EXPECT_EQ(rows[1].value, "No");
+  EXPECT_EQ(rows[2].label, "Structure");
+  EXPECT_EQ(rows[2].value, "Could not verify");
+  EXPECT_EQ(accumulators.findings.at(0).level, PrivacyLevel::sensitive);
+}
+
+TEST(BasicReadTest, readsTheFirstAndTheLastByteOfTheGivenSize) {
+  TempDir dir;
+  const auto file = dir.write("ten", "0123456789");
+  EXPECT_TRUE(basicReadTest(file, 10));
+  EXPECT_TRUE(basicReadTest(file, 1));
+  EXPECT_TRUE(basicReadTest(file, 5));  // a shorter size only moves the last byte
+  EXPECT_FALSE(basicReadTest(file, 11));
+  EXPECT_FALSE(basicReadTest(file, 0));
+  EXPECT_FALSE(basicReadTest(file, -1));
+  EXPECT_FALSE(basicReadTest(dir.path() / "missing", 10));
+  EXPECT_FALSE(basicReadTest(dir.path(), 10));
+}
+
+TEST(ZipIntegrity, aToolThatCannotStartLimitsTheCheckInsteadOfFailingIt) {
+  const StructureCheckResult result =
+      testZipIntegrity(kFixtures / "intact.zip", "/nonexistent/bin/unzip");
+  EXPECT_EQ(result, (StructureCheckResult{"Could not test",
+                                          "Lumenscribe could not run the ZIP integrity test.",
+                                          false, true}));
+
+  const StructureCheckResult passed = testZipIntegrity(kFixtures / "intact.zip");
+  EXPECT_EQ(passed.status, "Integrity test passed");
+  EXPECT_FALSE(passed.isProblem || passed.isLimited);
+}
+
+}  // namespace
+}  // namespace lumenscribe

@@ -1,0 +1,63 @@
+// SPDX-FileCopyrightText: 2026 Lumenscribe Project
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include "lumenscribe/file_inspector.h"
+#include "report/json_report.h"
+
+namespace lumenscribe {
+namespace {
+
+const std::filesystem::path kFixtures = std::filesystem::path(LUMENSCRIBE_TEST_DATA_DIR) / "health";
+
+nlohmann::json inspectAsJson(const std::string& file) {
+  const auto result = FileInspector().inspect(kFixtures / file);
+  EXPECT_TRUE(result) << file;
+  return result ? nlohmann::json::parse(resultJson(*result)) : nlohmann::json();
+}
+
+std::vector<std::string> sectionTitles(const nlohmann::json& result) {
+  std::vector<std::string> titles;
+  for (const auto& section : result["sections"]) titles.push_back(section["title"]);
+  return titles;
+}
+
+TEST(HealthReport, typeAndHealthFollowIdentityAndUncertainVerdictsCarryTheirExplanation) {
+  const nlohmann::json locked = inspectAsJson("password_protected.zip");
+  const auto titles = sectionTitles(locked);
+  const auto identity = std::find(titles.begin(), titles.end(), "Identity & Integrity");
+  ASSERT_NE(identity, titles.end());
+  ASSERT_LT(std::distance(titles.begin(), identity) + 2, std::ssize(titles));
+  EXPECT_EQ(*(identity + 1), "Type Verification");
+  EXPECT_EQ(*(identity + 2), "File Health");
+  EXPECT_EQ(locked["healthExplanation"],
+            (nlohmann::json{
+                {"assessment", "Verification limited"},
+                {"readable", "Yes"},
+                {"structureLabel", "ZIP Structure"},
+                {"structureValue", "Encrypted / password required"},
+                {"meaning",
+                 "The archive appears to require a password, so Lumenscribe cannot fully test the "
+                 "files inside it."},
+                {"knownFacts",
+                 {"The ZIP container is recognizable.",
+                  "Verification is limited by encryption rather than a confirmed integrity failure."}},
+                {"nextSteps",
+                 {"Use the password only if you trust the source and are authorized to open it.",
+                  "Inspect the extracted contents separately afterward."}}}));
+
+  EXPECT_FALSE(inspectAsJson("intact.jpg").contains("healthExplanation"));
+  const nlohmann::json empty = inspectAsJson("empty.jpg");
+  EXPECT_EQ(empty["healthExplanation"]["structureLabel"], "Structure");
+  EXPECT_EQ(empty["healthExplanation"]["knownFacts"],
+            (nlohmann::json{"The filesystem entry exists.", "The file has no payload."}));
+  const nlohmann::json renamed = inspectAsJson("report.pdf");
+  EXPECT_EQ(renamed["rawMetadata"]["Type Verification Result"], "Mismatch detected");
+  EXPECT_EQ(renamed["rawMetadata"]["File Health Assessment"], "Possible damage");
+  EXPECT_EQ(renamed["healthExplanation"]["structureValue"], "Could not open");
+}
+
+}  // namespace
+}  // namespace lumenscribe
