@@ -1,0 +1,60 @@
+#!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 Lumenscribe Project
+# SPDX-License-Identifier: MIT
+# The health check against the peer tools it stands beside, in the same run:
+#  - a 12-megapixel JPEG: our image check against one full decode by `vips avg` (limit 1.2);
+#  - a ZIP archive: our ZIP check, less the program's start-up, against `unzip -tqq` alone
+#    (it should add nothing).
+# Builds its own optimised copy of the engine in build/health-bench.
+# Usage: bench/health_bench.sh   (needs cmake, ninja, vips, zip, hyperfine)
+set -euo pipefail
+cd "$(dirname "$0")/.."
+build=build/health-bench
+cmake -S bench/health -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release > "$build.log" 2>&1 &&
+  cmake --build "$build" --target health_check -j2 >> "$build.log" 2>&1 ||
+  { cat "$build.log" >&2; exit 1; }
+check="$build/health_check"
+
+work=$(mktemp -d "${TMPDIR:-/tmp}/lumenscribe-health-bench-XXXXXX")
+trap 'rm -rf "$work"' EXIT
+
+# A photograph-like 4000 x 3000 image: smoothed noise compresses as camera output does.
+vips gaussnoise "$work/noise.v" 4000 3000 --mean 128 --sigma 40
+vips gaussblur "$work/noise.v" "$work/smooth.v" 1.2 --precision float
+vips cast "$work/smooth.v" "$work/gray.v" uchar
+vips bandjoin "$work/gray.v $work/gray.v $work/gray.v" "$work/rgb.v"
+vips copy "$work/rgb.v" "$work/photo-12mp.jpg[Q=90]"
+rm -f "$work"/*.v
+seq 1 2000000 > "$work/numbers.txt"
+(cd "$work" && zip -q archive.zip photo-12mp.jpg numbers.txt)
+cat "$work/photo-12mp.jpg" "$work/archive.zip" > /dev/null  # into the page cache
+ls -l "$work/photo-12mp.jpg" "$work/archive.zip" | awk '{print $5, $9}'
+"$check" image/jpeg "$work/photo-12mp.jpg"
+"$check" application/zip "$work/archive.zip"
+
+ratio() {
+  python3 - "$1" "$2" <<'PY'
+import json, sys
+runs = json.load(open(sys.argv[1]))["results"]
+peer, ours = (r["median"] for r in runs)
+print(f"median {runs[0]['command'].split()[0]} {peer:.3f} s, health check {ours:.3f} s, "
+      f"ratio {ours / peer:.2f} ({sys.argv[2]})")
+PY
+}
+
+echo "== 12-megapixel JPEG"
+hyperfine -N --warmup 2 --runs 15 --export-json "$work/jpeg.json" \
+  "vips avg $work/photo-12mp.jpg" "$check image/jpeg $work/photo-12mp.jpg"
+ratio "$work/jpeg.json" "limit 1.2"
+
+echo "== ZIP archive (and the program's own start-up, on a one-line text file)"
+printf 'one line\n' > "$work/small.txt"
+hyperfine -N --warmup 2 --runs 15 --export-json "$work/zip.json" \
+  "/usr/bin/unzip -tqq $work/archive.zip" "$check application/zip $work/archive.zip" \
+  "$check text/plain $work/small.txt"
+python3 - "$work/zip.json" <<'PY'
+import json, sys
+unzip, ours, start = (r["median"] for r in json.load(open(sys.argv[1]))["results"])
+print(f"median unzip {unzip:.3f} s, ZIP check {ours:.3f} s, start-up {start:.3f} s; "
+      f"ZIP check less start-up / unzip = {(ours - start) / unzip:.2f} (should be about 1)")
+PY
