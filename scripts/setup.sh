@@ -21,6 +21,8 @@ packages=(
   xvfb xauth
   # benchmarks
   openssl hyperfine time
+  # health fixtures: ppmtobmp writes the BMP that no image loader we allow reads
+  netpbm
 )
 
 missing=()
