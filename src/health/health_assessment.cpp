@@ -84,10 +84,10 @@ Check pdfCheck(const std::filesystem::path& url) {
     return {"PDF Structure", pages + (pdf->pageCount == 1 ? " page readable" : " pages readable"),
             looksIntact()};
   }
-  return {"PDF Structure", "No readable pages",
-          possibleDamage(
-              "The file identifies as a PDF, but Lumenscribe could not find a readable page "
-              "structure.")};
+  return {
+      "PDF Structure", "No readable pages",
+      possibleDamage("The file identifies as a PDF, but Lumenscribe could not find a readable page "
+                     "structure.")};
 }
 
 // The kind of file decides the check; the content signature plays no part, so a PNG named
@@ -107,8 +107,10 @@ Check structureCheck(const std::filesystem::path& url,
     return {"ZIP Structure", zip.status, verdictFor(zip)};
   }
   if (basicReadTest(url, size)) return {"Basic Read Test", "Passed", looksIntact()};
-  return {"Basic Read Test", "Failed",
-          {"Possible read problem", "Lumenscribe could not read both the beginning and end of this file.",
+  return {"Basic Read Test",
+          "Failed",
+          {"Possible read problem",
+           "Lumenscribe could not read both the beginning and end of this file.",
            PrivacyLevel::sensitive, "exclamationmark.triangle.fill", true}};
 }
 
@@ -160,7 +162,8 @@ StructureCheckResult testZipIntegrity(const std::filesystem::path& url,
   }
   // Output that is not UTF-8 says nothing; unzip's "unable to get password" counts too.
   const std::string output = validUtf8(run->output) == run->output ? asciiLower(run->output) : "";
-  if (output.find("password") != std::string::npos || output.find("encrypted") != std::string::npos) {
+  if (output.find("password") != std::string::npos ||
+      output.find("encrypted") != std::string::npos) {
     return limited("Encrypted / password required",
                    "The ZIP appears encrypted or password-protected, so Lumenscribe could not "
                    "fully verify its contents.");
@@ -182,8 +185,9 @@ bool basicReadTest(const std::filesystem::path& url, std::int64_t size) {
   return last && *last == 1;
 }
 
-void assessFileHealth(const std::filesystem::path& url, const std::optional<ContentType>& platformType,
-                      std::int64_t size, Accumulators& accumulators) {
+void assessFileHealth(const std::filesystem::path& url,
+                      const std::optional<ContentType>& platformType, std::int64_t size,
+                      Accumulators& accumulators) {
   std::vector<InsightRow> rows;
   rows.emplace_back("Readable", isReadable(url) ? "Yes" : "No");
 

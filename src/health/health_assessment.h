@@ -30,8 +30,9 @@ struct StructureCheckResult {
 /// "File Health Assessment" and "File Health Detail", the summary item, and a finding for
 /// every verdict but "Looks intact". `size` is the size the file system reports (0 when
 /// unknown). Blocks while unzip runs; never fails.
-void assessFileHealth(const std::filesystem::path& url, const std::optional<ContentType>& platformType,
-                      std::int64_t size, Accumulators& accumulators);
+void assessFileHealth(const std::filesystem::path& url,
+                      const std::optional<ContentType>& platformType, std::int64_t size,
+                      Accumulators& accumulators);
 
 /// Decodes image 0 and says how complete it is.
 StructureCheckResult checkImageStructure(const std::filesystem::path& url);

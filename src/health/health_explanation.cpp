@@ -16,8 +16,9 @@ constexpr std::array<std::string_view, 5> kStructureLabels = {
     "Image Structure", "PDF Structure", "ZIP Structure", "Basic Read Test", "Structure"};
 
 const InsightRow* findRow(const InsightSection& section, std::string_view label) {
-  const auto row = std::find_if(section.rows.begin(), section.rows.end(),
-                                [&](const InsightRow& candidate) { return candidate.label == label; });
+  const auto row =
+      std::find_if(section.rows.begin(), section.rows.end(),
+                   [&](const InsightRow& candidate) { return candidate.label == label; });
   return row == section.rows.end() ? nullptr : &*row;
 }
 
@@ -32,7 +33,8 @@ std::optional<ExplanationId> byStructure(std::string_view label, std::string_vie
     if (value == "Invalid data") return ExplanationId::imageInvalidData;
   } else if (label == "PDF Structure") {
     if (value == "Locked / encrypted") return ExplanationId::pdfLocked;
-    if (value == "Could not open" || value == "No readable pages") return ExplanationId::pdfUnusable;
+    if (value == "Could not open" || value == "No readable pages")
+      return ExplanationId::pdfUnusable;
   } else if (label == "ZIP Structure") {
     if (value == "Encrypted / password required") return ExplanationId::zipEncrypted;
     if (value == "Integrity test failed") return ExplanationId::zipIntegrityFailed;
@@ -65,10 +67,11 @@ HealthInspection healthInspection(const InsightSection& section) {
   const InsightRow* readable = findRow(section, "Readable");
   inspection.assessment = assessment ? assessment->value : "Unknown";
   inspection.readable = readable ? readable->value : "Unknown";
-  const auto structure = std::find_if(section.rows.begin(), section.rows.end(), [](const InsightRow& row) {
-    return std::find(kStructureLabels.begin(), kStructureLabels.end(), row.label) !=
-           kStructureLabels.end();
-  });
+  const auto structure =
+      std::find_if(section.rows.begin(), section.rows.end(), [](const InsightRow& row) {
+        return std::find(kStructureLabels.begin(), kStructureLabels.end(), row.label) !=
+               kStructureLabels.end();
+      });
   if (structure != section.rows.end()) {
     inspection.structureLabel = structure->label;
     inspection.structureValue = structure->value;

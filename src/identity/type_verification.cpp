@@ -25,8 +25,8 @@ bool isMismatch(const std::optional<ContentSignature>& signature,
 
 }  // namespace
 
-void verifyFileType(const std::filesystem::path& url, const std::optional<ContentType>& platformType,
-                    Accumulators& accumulators) {
+void verifyFileType(const std::filesystem::path& url,
+                    const std::optional<ContentType>& platformType, Accumulators& accumulators) {
   // The extension shown and stored is valid UTF-8, so that a name with stray bytes can
   // still be printed and written to JSON.
   const std::string extension = validUtf8(asciiLower(pathExtension(url)));

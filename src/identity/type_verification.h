@@ -16,7 +16,7 @@ namespace lumenscribe {
 /// raises, never raise one by itself. Adds the section, five "Type Verification ..." raw
 /// entries, the summary item and at most one finding (a warning for a mismatch, a note
 /// for a known format behind a name without an extension).
-void verifyFileType(const std::filesystem::path& url, const std::optional<ContentType>& platformType,
-                    Accumulators& accumulators);
+void verifyFileType(const std::filesystem::path& url,
+                    const std::optional<ContentType>& platformType, Accumulators& accumulators);
 
 }  // namespace lumenscribe

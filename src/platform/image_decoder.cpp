@@ -192,8 +192,8 @@ DecodePass decode(const char* loader, VipsSource* source, VipsFailOn failOn) {
   WarningCapture capture;
   vips_error_clear();
   VipsImage* loaded = nullptr;
-  const int failed = vips_call(loader, source, &loaded, "access", VIPS_ACCESS_SEQUENTIAL,
-                               "fail_on", failOn, nullptr);
+  const int failed = vips_call(loader, source, &loaded, "access", VIPS_ACCESS_SEQUENTIAL, "fail_on",
+                               failOn, nullptr);
   const ImagePtr image(loaded);
   if (failed == 0 && image) {
     pass.headerLoaded = true;
@@ -220,10 +220,10 @@ SourcePtr sourceFromStart(int fd) {
 bool initialiseVips() {
   static const bool ready = [] {
     // Installed first, so that even start-up warnings stay off the user's terminal.
-    g_log_set_handler("VIPS",
-                      static_cast<GLogLevelFlags>(G_LOG_LEVEL_MASK | G_LOG_FLAG_FATAL |
-                                                  G_LOG_FLAG_RECURSION),
-                      onVipsLog, nullptr);
+    g_log_set_handler(
+        "VIPS",
+        static_cast<GLogLevelFlags>(G_LOG_LEVEL_MASK | G_LOG_FLAG_FATAL | G_LOG_FLAG_RECURSION),
+        onVipsLog, nullptr);
     if (VIPS_INIT("lumenscribe") != 0) {
       vips_error_clear();
       return false;

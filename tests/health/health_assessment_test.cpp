@@ -75,13 +75,19 @@ TEST(HealthAssessment, imagesAreJudgedByDecodingThem) {
   const Expected cases[] = {
       {"intact.jpg", "Looks intact", "Image Structure", "Complete", kIntact, kIntactDetail},
       {"intact.png", "Looks intact", "Image Structure", "Complete", kIntact, kIntactDetail},
-      {"truncated_at_50_percent.jpg", "Possible damage", "Image Structure", "Incomplete", kDamage, incomplete},
-      {"truncated_at_95_percent.jpg", "Possible damage", "Image Structure", "Incomplete", kDamage, incomplete},
+      {"truncated_at_50_percent.jpg", "Possible damage", "Image Structure", "Incomplete", kDamage,
+       incomplete},
+      {"truncated_at_95_percent.jpg", "Possible damage", "Image Structure", "Incomplete", kDamage,
+       incomplete},
       {"cut_short.png", "Possible damage", "Image Structure", "Incomplete", kDamage, incomplete},
-      {"scan_data_overwritten.jpg", "Possible damage", "Image Structure", "Invalid data", kDamage, invalid},
-      {"broken_idat_crc.png", "Possible damage", "Image Structure", "Invalid data", kDamage, invalid},
-      {"truncated_in_header.jpg", "Possible damage", "Image Structure", "Unexpected end of file", kDamage, truncated},
-      {"truncated.webp", "Possible damage", "Image Structure", "Unexpected end of file", kDamage, truncated},
+      {"scan_data_overwritten.jpg", "Possible damage", "Image Structure", "Invalid data", kDamage,
+       invalid},
+      {"broken_idat_crc.png", "Possible damage", "Image Structure", "Invalid data", kDamage,
+       invalid},
+      {"truncated_in_header.jpg", "Possible damage", "Image Structure", "Unexpected end of file",
+       kDamage, truncated},
+      {"truncated.webp", "Possible damage", "Image Structure", "Unexpected end of file", kDamage,
+       truncated},
       {"photo.jpg", "Possible damage", "Image Structure", "No readable image", kDamage,
        "ImageIO found no readable image frames."},
       // We cannot decode a BMP: that limits the check, it is no sign of damage.
@@ -101,7 +107,8 @@ TEST(HealthAssessment, pdfsAndZipsAreJudgedByTheirOwnChecks) {
       "The file identifies as a PDF, but PDFKit could not open its document structure.";
   const Expected cases[] = {
       {"one_page.pdf", "Looks intact", "PDF Structure", "1 page readable", kIntact, kIntactDetail},
-      {"three_pages.pdf", "Looks intact", "PDF Structure", "3 pages readable", kIntact, kIntactDetail},
+      {"three_pages.pdf", "Looks intact", "PDF Structure", "3 pages readable", kIntact,
+       kIntactDetail},
       // An owner password alone leaves the document open: it is judged by its pages.
       {"encrypted_owner_password_only.pdf", "Looks intact", "PDF Structure", "1 page readable",
        kIntact, kIntactDetail},
@@ -113,7 +120,8 @@ TEST(HealthAssessment, pdfsAndZipsAreJudgedByTheirOwnChecks) {
        "The file identifies as a PDF, but Lumenscribe could not find a readable page structure."},
       {"not_a_pdf.pdf", "Possible damage", "PDF Structure", "Could not open", kDamage, cannotOpen},
       {"report.pdf", "Possible damage", "PDF Structure", "Could not open", kDamage, cannotOpen},
-      {"intact.zip", "Looks intact", "ZIP Structure", "Integrity test passed", kIntact, kIntactDetail},
+      {"intact.zip", "Looks intact", "ZIP Structure", "Integrity test passed", kIntact,
+       kIntactDetail},
       {"password_protected.zip", "Verification limited", "ZIP Structure",
        "Encrypted / password required", kLimited,
        "The ZIP appears encrypted or password-protected, so Lumenscribe could not fully verify "

@@ -60,19 +60,21 @@ TEST(HealthExplanation, structureRowDecidesFirstThenTheAssessment) {
 
 TEST(HealthExplanation, decodeFailureHasThreeFactsAndThreeStepsInOrder) {
   const HealthExplanation e1 = explainHealth("Possible damage", "Image Structure", "Decode failed");
-  EXPECT_EQ(e1.knownFacts,
-            (std::vector<std::string>{
-                "The filename/type identification is believable.",
-                "The file itself is readable from disk.",
-                "The failure occurs when Lumenscribe asks macOS to decode the actual image data."}));
+  EXPECT_EQ(
+      e1.knownFacts,
+      (std::vector<std::string>{
+          "The filename/type identification is believable.",
+          "The file itself is readable from disk.",
+          "The failure occurs when Lumenscribe asks macOS to decode the actual image data."}));
   EXPECT_EQ(e1.nextSteps,
             (std::vector<std::string>{
                 "Try opening the original in Preview or the camera manufacturer's software.",
                 "Re-copy the file from the original card, drive, or source if one exists.",
                 "Do not treat renaming the extension as a repair."}));
   const HealthExplanation e9 = explainHealth("Unreadable", std::nullopt, std::nullopt);
-  EXPECT_EQ(e9.knownFacts, (std::vector<std::string>{
-                               "The problem occurs before meaningful content inspection can finish."}));
+  EXPECT_EQ(e9.knownFacts,
+            (std::vector<std::string>{
+                "The problem occurs before meaningful content inspection can finish."}));
   EXPECT_EQ(e9.nextSteps.size(), 2u);
 }
 
@@ -100,9 +102,9 @@ TEST(HealthInspection, readsTheSectionsRowsAndOffersOnlyForUncertainVerdicts) {
   EXPECT_EQ(unknown.structureLabel, std::nullopt);
   EXPECT_FALSE(offersHealthInspection(bare));
 
-  const InsightSection intact("File Health", "checkmark.shield.fill",
-                              {{"Assessment", "Looks intact"}, {"Readable", "Yes"},
-                               {"Image Structure", "Complete"}});
+  const InsightSection intact(
+      "File Health", "checkmark.shield.fill",
+      {{"Assessment", "Looks intact"}, {"Readable", "Yes"}, {"Image Structure", "Complete"}});
   EXPECT_FALSE(offersHealthInspection(intact));
 }
 

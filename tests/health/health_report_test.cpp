@@ -32,21 +32,22 @@ TEST(HealthReport, typeAndHealthFollowIdentityAndUncertainVerdictsCarryTheirExpl
   ASSERT_LT(std::distance(titles.begin(), identity) + 2, std::ssize(titles));
   EXPECT_EQ(*(identity + 1), "Type Verification");
   EXPECT_EQ(*(identity + 2), "File Health");
-  EXPECT_EQ(locked["healthExplanation"],
-            (nlohmann::json{
-                {"assessment", "Verification limited"},
-                {"readable", "Yes"},
-                {"structureLabel", "ZIP Structure"},
-                {"structureValue", "Encrypted / password required"},
-                {"meaning",
-                 "The archive appears to require a password, so Lumenscribe cannot fully test the "
-                 "files inside it."},
-                {"knownFacts",
-                 {"The ZIP container is recognizable.",
-                  "Verification is limited by encryption rather than a confirmed integrity failure."}},
-                {"nextSteps",
-                 {"Use the password only if you trust the source and are authorized to open it.",
-                  "Inspect the extracted contents separately afterward."}}}));
+  EXPECT_EQ(
+      locked["healthExplanation"],
+      (nlohmann::json{
+          {"assessment", "Verification limited"},
+          {"readable", "Yes"},
+          {"structureLabel", "ZIP Structure"},
+          {"structureValue", "Encrypted / password required"},
+          {"meaning",
+           "The archive appears to require a password, so Lumenscribe cannot fully test the "
+           "files inside it."},
+          {"knownFacts",
+           {"The ZIP container is recognizable.",
+            "Verification is limited by encryption rather than a confirmed integrity failure."}},
+          {"nextSteps",
+           {"Use the password only if you trust the source and are authorized to open it.",
+            "Inspect the extracted contents separately afterward."}}}));
 
   EXPECT_FALSE(inspectAsJson("intact.jpg").contains("healthExplanation"));
   const nlohmann::json empty = inspectAsJson("empty.jpg");

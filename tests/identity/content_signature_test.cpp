@@ -38,7 +38,8 @@ TEST(ContentSignature, firstMatchingTestInTableOrderDecides) {
       {withPadding("PK\x05\x06"s, 22), "ZIP archive", "archive"},
       {withPadding("PK\x07\x08"s, 30), "ZIP archive", "archive"},
       // An office document or e-book is a ZIP archive first.
-      {withPadding("PK\x03\x04\x14\0\0\0mimetypeapplication/epub+zip"s, 80), "ZIP archive", "archive"},
+      {withPadding("PK\x03\x04\x14\0\0\0mimetypeapplication/epub+zip"s, 80), "ZIP archive",
+       "archive"},
       {"GIF87a\x01\0\x01\0"s, "GIF image", "image"},
       {withPadding("GIF89a"s, 20), "GIF image", "image"},
       {withPadding("II*\0"s, 20), "TIFF image", "image"},
@@ -51,15 +52,39 @@ TEST(ContentSignature, firstMatchingTestInTableOrderDecides) {
       {withPadding("RIFF\x10\0\0\0ABCD"s, 44), nullptr, nullptr},
       // Eleven bytes skip the RIFF and ISO tests; all printable, so text.
       {"RIFFabcdWAV"s, "Plain text", "text"},
-      {withPadding("\0\0\0\x20" "ftypM4A "s, 32), "M4A / MPEG-4 audio", "audio"},
-      {withPadding("\0\0\0\x20" "ftypM4B "s, 32), "M4A / MPEG-4 audio", "audio"},
-      {withPadding("\0\0\0\x20" "ftypM4P "s, 32), "M4A / MPEG-4 audio", "audio"},
-      {withPadding("\0\0\0\x20" "ftypM4V "s, 32), "M4V / MPEG-4 video", "video"},
+      {withPadding("\0\0\0\x20"
+                   "ftypM4A "s,
+                   32),
+       "M4A / MPEG-4 audio", "audio"},
+      {withPadding("\0\0\0\x20"
+                   "ftypM4B "s,
+                   32),
+       "M4A / MPEG-4 audio", "audio"},
+      {withPadding("\0\0\0\x20"
+                   "ftypM4P "s,
+                   32),
+       "M4A / MPEG-4 audio", "audio"},
+      {withPadding("\0\0\0\x20"
+                   "ftypM4V "s,
+                   32),
+       "M4V / MPEG-4 video", "video"},
       // Any other brand is video, even QuickTime or ISO base media holding only audio.
-      {withPadding("\0\0\0\x14" "ftypqt  "s, 32), "MP4 / QuickTime media", "video"},
-      {withPadding("\0\0\0\x18" "ftypisom"s, 32), "MP4 / QuickTime media", "video"},
-      {withPadding("\0\0\0\x18" "ftypheic"s, 32), "MP4 / QuickTime media", "video"},
-      {withPadding("\0\0\0\x18" "ftyp\xFF\xFE\xFD\xFC"s, 32), "MP4 / QuickTime media", "video"},
+      {withPadding("\0\0\0\x14"
+                   "ftypqt  "s,
+                   32),
+       "MP4 / QuickTime media", "video"},
+      {withPadding("\0\0\0\x18"
+                   "ftypisom"s,
+                   32),
+       "MP4 / QuickTime media", "video"},
+      {withPadding("\0\0\0\x18"
+                   "ftypheic"s,
+                   32),
+       "MP4 / QuickTime media", "video"},
+      {withPadding("\0\0\0\x18"
+                   "ftyp\xFF\xFE\xFD\xFC"s,
+                   32),
+       "MP4 / QuickTime media", "video"},
       {withPadding("ID3\x04\0\0\0\0\0\x0a"s, 30), "MP3 audio", "audio"},
       {"a"s, "Plain text", "text"},
       {"ab"s, "Plain text", "text"},
@@ -95,7 +120,8 @@ TEST(ContentSignature, textNeedsMoreThanNinetyFivePercentPrintableBytes) {
 
 TEST(ContentSignature, detectionReadsOnlyTheHeadAndAnythingUnreadableHasNone) {
   TempDir dir;
-  EXPECT_EQ(detectContentSignature(dir.write("long.txt", std::string(512, 'a') + std::string(4096, '\0'))),
+  EXPECT_EQ(detectContentSignature(
+                dir.write("long.txt", std::string(512, 'a') + std::string(4096, '\0'))),
             (ContentSignature{"Plain text", "text"}));
   EXPECT_EQ(detectContentSignature(dir.write("image.bin", "\x89PNG\r\n\x1a\n broken after this"s)),
             (ContentSignature{"PNG image", "image"}));

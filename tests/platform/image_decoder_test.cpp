@@ -33,8 +33,8 @@ constexpr Case kCases[] = {
 };
 
 std::size_t openDescriptors() {
-  return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator("/proc/self/fd"),
-                                                std::filesystem::directory_iterator()));
+  return static_cast<std::size_t>(std::distance(
+      std::filesystem::directory_iterator("/proc/self/fd"), std::filesystem::directory_iterator()));
 }
 
 TEST(ImageDecoder, sameVerdictEveryTimeFromManyThreadsAtOnce) {
