@@ -152,7 +152,17 @@ StructureCheckResult checkImageStructure(const std::filesystem::path& url) {
 
 StructureCheckResult testZipIntegrity(const std::filesystem::path& url,
                                       const std::filesystem::path& unzipTool) {
-  const auto run = platform::runChildProcess(unzipTool, {"-tqq", url.string()});
+  // unzip reads *, ? and [ in an archive name as a pattern and tests whichever files match
+  // it, so such a name is handed over as our open descriptor of the file instead.
+  std::string archive = url.string();
+  platform::UniqueFd held;
+  if (archive.find_first_of("*?[") != std::string::npos) {
+    held = platform::openForReading(url);
+    if (held) archive = "/proc/" + std::to_string(::getpid()) + "/fd/" + std::to_string(held.get());
+  } else if (archive.starts_with('-')) {
+    archive = "./" + archive;  // not an option
+  }
+  const auto run = platform::runChildProcess(unzipTool, {"-tqq", archive});
   if (!run) {
     return limited("Could not test", "Lumenscribe could not run the ZIP integrity test.");
   }

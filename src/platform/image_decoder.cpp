@@ -68,10 +68,15 @@ WarningLog& warningLog() {
 
 void onVipsLog(const gchar* /*domain*/, GLogLevelFlags /*level*/, const gchar* message,
                gpointer /*data*/) {
-  WarningLog& log = warningLog();
-  const std::lock_guard lock(log.mutex);
-  if (log.sink == nullptr || message == nullptr || log.sink->size() >= kMessageCap) return;
-  log.sink->append(message).push_back('\n');
+  // Called from C: nothing may be thrown through libvips' frames.
+  try {
+    WarningLog& log = warningLog();
+    const std::lock_guard lock(log.mutex);
+    if (log.sink == nullptr || message == nullptr || log.sink->size() >= kMessageCap) return;
+    log.sink->append(message).push_back('\n');
+  } catch (...) {
+    // A message lost to a failed allocation only makes a verdict less specific.
+  }
 }
 
 // Collects the VIPS domain's messages for as long as it lives.

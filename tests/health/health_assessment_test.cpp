@@ -217,6 +217,22 @@ TEST(BasicReadTest, readsTheFirstAndTheLastByteOfTheGivenSize) {
   EXPECT_FALSE(basicReadTest(dir.path(), 10));
 }
 
+TEST(ZipIntegrity, testsTheNamedArchiveEvenWhenItsNameLooksLikeAPattern) {
+  TempDir dir;
+  const auto bytes = [](const char* name) {
+    std::ifstream in(kFixtures / name, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), {});
+  };
+  // unzip alone would take "x[1].zip" and "y*.zip" as patterns and test x1.zip and yz.zip.
+  dir.write("x1.zip", bytes("password_protected.zip"));
+  dir.write("yz.zip", bytes("password_protected.zip"));
+  for (const char* name : {"x[1].zip", "y*.zip", "why?.zip"}) {
+    SCOPED_TRACE(name);
+    EXPECT_EQ(testZipIntegrity(dir.write(name, bytes("intact.zip"))).status,
+              "Integrity test passed");
+  }
+}
+
 TEST(ZipIntegrity, aToolThatCannotStartLimitsTheCheckInsteadOfFailingIt) {
   const StructureCheckResult result =
       testZipIntegrity(kFixtures / "intact.zip", "/nonexistent/bin/unzip");
