@@ -1,0 +1,274 @@
+// SPDX-FileCopyrightText: 2026 Lumenscribe Project
+// SPDX-License-Identifier: MIT
+#include "app/content_view.h"
+
+#include <QDragEnterEvent>
+#include <QFile>
+#include <QFileDialog>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QStackedWidget>
+#include <QUrl>
+#include <QVBoxLayout>
+#include <QtConcurrent/QtConcurrentRun>
+
+#include "app/card.h"
+#include "app/drop_screen.h"
+#include "app/health_sheet.h"
+#include "app/progress_overlay.h"
+#include "app/result_screen.h"
+#include "app/text_labels.h"
+#include "app/theme.h"
+#include "core/path_text.h"
+#include "platform/file_status.h"
+
+namespace lumenscribe::app {
+
+namespace {
+
+/// The local path of a dropped location, byte for byte: names that are not UTF-8 arrive
+/// percent-encoded and must not be decoded through QString.
+std::optional<std::filesystem::path> localPath(const QUrl& url) {
+  if (!url.isValid() || !url.isLocalFile()) return std::nullopt;
+  const QByteArray bytes = QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1());
+  if (bytes.isEmpty()) return std::nullopt;
+  return std::filesystem::path(bytes.toStdString());
+}
+
+QWidget* heading(QWidget* parent) {
+  auto* bar = new QWidget(parent);
+  auto* layout = new QHBoxLayout(bar);
+  layout->setContentsMargins(22, 14, 22, 12);
+  layout->setSpacing(12);
+  layout->addWidget(new IconBadge("doc.text.magnifyingglass", Accent::system, 34, bar));
+  auto* name = new QLabel(QStringLiteral("Lumenscribe"), bar);
+  name->setFont(scaledFont(bar->font(), 1.45, QFont::Bold));
+  layout->addWidget(name);
+  auto* tagline = quietLabel(QStringLiteral("See what a file knows."), bar);
+  tagline->setFont(scaledFont(bar->font(), 1.05));
+  tagline->setWordWrap(false);
+  tagline->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+  layout->addWidget(tagline);
+  layout->addStretch(1);
+  return bar;
+}
+
+}  // namespace
+
+InspectionOutcome inspectItem(const FileInspector& inspector, const std::filesystem::path& url) {
+  InspectionOutcome outcome;
+  Expected<LumenscribeResult> inspected = inspector.inspect(url);
+  if (!inspected) {
+    outcome.error = inspected.error();
+    return outcome;
+  }
+  outcome.result = std::move(inspected).value();
+  if (const Expected<ItemFacts> facts = platform::readItemFacts(url)) {
+    outcome.isDirectory = facts->isDirectory;
+    outcome.previewSymbol = std::string(previewSymbolFor(PreviewKindFacts{
+        facts->isDirectory, facts->isPackage, pathExtension(url), facts->contentType}));
+  }
+  return outcome;
+}
+
+QString oneItemMessage() {
+  return QStringLiteral("Lumenscribe inspects one item at a time. Drop a single file or folder.");
+}
+
+ContentView::ContentView(QWidget* parent) : QWidget(parent) {
+  setObjectName(QStringLiteral("contentView"));
+  setAcceptDrops(true);
+  setMinimumSize(920, 640);
+
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  layout->addWidget(heading(this));
+  layout->addWidget(new Divider(this));
+  stack_ = new QStackedWidget(this);
+  dropScreen_ = new DropScreen(stack_);
+  resultScreen_ = new ResultScreen(stack_);
+  stack_->addWidget(dropScreen_);
+  stack_->addWidget(resultScreen_);
+  layout->addWidget(stack_, 1);
+  overlay_ = new ProgressOverlay(this);
+
+  connect(dropScreen_, &DropScreen::openRequested, this, [this] { chooseItemToOpen(false); });
+  connect(&watcher_, &QFutureWatcher<InspectionOutcome>::finished, this,
+          &ContentView::finishInspection);
+  connectResultScreen();
+}
+
+// The watcher goes with the window; a running inspection holds only copies and finishes
+// on its own, its outcome unread.
+ContentView::~ContentView() = default;
+
+void ContentView::connectResultScreen() {
+  ResultScreen* screen = resultScreen_;
+  connect(screen, &ResultScreen::inspectAnotherRequested, this, &ContentView::inspectAnotherFile);
+  connect(screen, &ResultScreen::rawMetadataToggleRequested, this, [this] {
+    state_.showRawMetadata = !state_.showRawMetadata;
+    resultScreen_->setRawMetadataShown(state_.showRawMetadata);
+  });
+  connect(screen, &ResultScreen::detailsToggleRequested, this, [this](DetailKind kind) {
+    bool& shown = kind == DetailKind::camera ? state_.showCameraDetails : state_.showVideoDetails;
+    shown = !shown;
+    resultScreen_->setDetailsShown(kind, shown);
+  });
+  connect(screen, &ResultScreen::inspectFurtherRequested, this, &ContentView::showHealthSheet);
+  connect(screen, &ResultScreen::returnToTopWanted, this, [this](bool wanted) {
+    state_.showReturnToTop = wanted;
+    resultScreen_->setReturnToTopShown(wanted);
+  });
+  connect(screen, &ResultScreen::severityHovered, this,
+          [this](std::optional<PrivacyLevel> level) { state_.hoveredSeverity = level; });
+  connect(screen, &ResultScreen::insightPillHovered, this,
+          [this](std::optional<QString> item) { state_.hoveredInsightPill = std::move(item); });
+  connect(screen, &ResultScreen::diveDeeperHovered, this,
+          [this](std::optional<QString> title) { state_.hoveredDiveDeeperSection = std::move(title); });
+  connect(screen, &ResultScreen::returnToTopHovered, this,
+          [this](bool hovered) { state_.isReturnToTopHovered = hovered; });
+  connect(screen, &ResultScreen::topCardHovered, this,
+          [this](bool hovered) { state_.isTopCardHovered = hovered; });
+}
+
+bool ContentView::isShowingResult() const { return stack_->currentWidget() == resultScreen_; }
+
+bool ContentView::handleDrop(const QMimeData& data) {
+  const QList<QUrl> urls = data.urls();
+  if (urls.isEmpty()) return false;
+  if (urls.size() > 1) {
+    setErrorMessage(oneItemMessage());
+    return true;
+  }
+  const std::optional<std::filesystem::path> path = localPath(urls.front());
+  if (!path) {
+    setErrorMessage(QString::fromStdString(
+        make_error_code(FileInspectionError::unreadableFile).message()));
+    return true;
+  }
+  startInspection(*path);
+  return true;
+}
+
+void ContentView::startInspection(const std::filesystem::path& url) {
+  if (state_.isInspecting) return;
+  state_.isInspecting = true;
+  setErrorMessage(std::nullopt);
+  state_.showCameraDetails = false;
+  state_.showVideoDetails = false;
+  resultScreen_->setDetailsShown(DetailKind::camera, false);
+  resultScreen_->setDetailsShown(DetailKind::video, false);
+  overlay_->setGeometry(rect());
+  overlay_->show();
+  overlay_->raise();
+  overlay_->setFocus();  // keys must not reach the screen underneath
+  watcher_.setFuture(QtConcurrent::run(
+      [inspector = inspector_, url] { return inspectItem(inspector, url); }));
+}
+
+void ContentView::finishInspection() {
+  const QFuture<InspectionOutcome> future = watcher_.future();
+  InspectionOutcome outcome = future.resultCount() > 0 ? future.result() : InspectionOutcome{};
+  overlay_->hide();
+  if (outcome.result) {
+    state_.result = std::move(outcome.result);
+    state_.showRawMetadata = false;
+    state_.isInspecting = false;
+    resultScreen_->showResult(*state_.result,
+                              ResultPresentation{false, state_.showCameraDetails,
+                                                 state_.showVideoDetails, outcome.previewSymbol,
+                                                 outcome.isDirectory});
+    stack_->setCurrentWidget(resultScreen_);
+  } else {
+    state_.isInspecting = false;
+    setErrorMessage(QString::fromStdString(outcome.error.message()));
+  }
+  emit inspectionFinished();
+}
+
+void ContentView::inspectAnotherFile() {
+  state_.result.reset();
+  state_.showRawMetadata = false;
+  state_.showCameraDetails = false;
+  state_.showVideoDetails = false;
+  state_.showReturnToTop = false;
+  resultScreen_->setReturnToTopShown(false);
+  stack_->setCurrentWidget(dropScreen_);
+}
+
+void ContentView::setErrorMessage(std::optional<QString> message) {
+  state_.errorMessage = std::move(message);
+  if (!state_.errorMessage) {
+    if (alert_) alert_->close();
+    return;
+  }
+  if (!alert_) {
+    alert_ = new QMessageBox(QMessageBox::Warning, QStringLiteral("Lumenscribe"), QString(),
+                             QMessageBox::Ok, this);
+    alert_->setObjectName(QStringLiteral("errorAlert"));
+    alert_->setAttribute(Qt::WA_DeleteOnClose);
+    alert_->setWindowModality(Qt::WindowModal);
+    connect(alert_, &QMessageBox::finished, this, [this] { state_.errorMessage.reset(); });
+  }
+  alert_->setText(*state_.errorMessage);
+  alert_->open();
+}
+
+void ContentView::showHealthSheet(const InsightSection& section) {
+  state_.healthSectionForInspection = section;
+  if (healthSheet_) healthSheet_->close();
+  healthSheet_ = new HealthSheet(section, this);
+  healthSheet_->setAttribute(Qt::WA_DeleteOnClose);
+  healthSheet_->setWindowModality(Qt::WindowModal);
+  connect(healthSheet_, &QDialog::finished, this, [this] { state_.healthSectionForInspection.reset(); });
+  healthSheet_->open();
+}
+
+void ContentView::chooseItemToOpen(bool folder) {
+  if (state_.isInspecting) return;
+  auto* dialog = new QFileDialog(this, folder ? QStringLiteral("Open Folder") : QStringLiteral("Open"));
+  dialog->setAttribute(Qt::WA_DeleteOnClose);
+  dialog->setFileMode(folder ? QFileDialog::Directory : QFileDialog::ExistingFile);
+  if (folder) dialog->setOption(QFileDialog::ShowDirsOnly);
+  connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& file) {
+    startInspection(std::filesystem::path(QFile::encodeName(file).toStdString()));
+  });
+  dialog->open();
+}
+
+void ContentView::setTargeted(bool targeted) {
+  state_.isTargeted = targeted;
+  dropScreen_->setTargeted(targeted);
+}
+
+void ContentView::dragEnterEvent(QDragEnterEvent* event) {
+  if (!event->mimeData()->hasUrls()) {
+    event->ignore();
+    return;
+  }
+  setTargeted(true);
+  event->acceptProposedAction();
+}
+
+void ContentView::dragMoveEvent(QDragMoveEvent* event) {
+  if (event->mimeData()->hasUrls()) event->acceptProposedAction();
+}
+
+void ContentView::dragLeaveEvent(QDragLeaveEvent* event) {
+  setTargeted(false);
+  QWidget::dragLeaveEvent(event);
+}
+
+void ContentView::dropEvent(QDropEvent* event) {
+  setTargeted(false);
+  if (handleDrop(*event->mimeData())) {
+    event->acceptProposedAction();
+  } else {
+    event->ignore();
+  }
+}
+
+}  // namespace lumenscribe::app

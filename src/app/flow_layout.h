@@ -1,0 +1,34 @@
+// SPDX-FileCopyrightText: 2026 Lumenscribe Project
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QLayout>
+#include <QList>
+
+namespace lumenscribe::app {
+
+/// Lays its items out left to right and wraps them onto new lines (pills, tiles).
+class FlowLayout final : public QLayout {
+ public:
+  explicit FlowLayout(QWidget* parent = nullptr, int spacing = 8);
+  ~FlowLayout() override;
+
+  void addItem(QLayoutItem* item) override;
+  int count() const override;
+  QLayoutItem* itemAt(int index) const override;
+  QLayoutItem* takeAt(int index) override;
+  Qt::Orientations expandingDirections() const override;
+  bool hasHeightForWidth() const override;
+  int heightForWidth(int width) const override;
+  QSize minimumSize() const override;
+  QSize sizeHint() const override;
+  void setGeometry(const QRect& rect) override;
+
+ private:
+  int arrange(const QRect& rect, bool apply) const;
+
+  QList<QLayoutItem*> items_;
+  int spacing_;
+};
+
+}  // namespace lumenscribe::app

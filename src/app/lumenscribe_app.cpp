@@ -1,0 +1,66 @@
+// SPDX-FileCopyrightText: 2026 Lumenscribe Project
+// SPDX-License-Identifier: MIT
+#include "app/lumenscribe_app.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QIcon>
+#include <QMenuBar>
+#include <QScreen>
+
+#include "app/about_window.h"
+#include "app/content_view.h"
+
+namespace lumenscribe::app {
+
+MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent) {
+  setObjectName(QStringLiteral("mainWindow"));
+  setWindowTitle(QStringLiteral("Lumenscribe"));
+  content_ = new ContentView(this);
+  setCentralWidget(content_);
+  resize(1040, 780);
+
+  QMenu* file = menuBar()->addMenu(QStringLiteral("&File"));
+  QAction* open = file->addAction(QStringLiteral("Open…"), content_,
+                                  [this] { content_->chooseItemToOpen(false); });
+  open->setShortcut(QKeySequence::Open);
+  QAction* openFolder = file->addAction(QStringLiteral("Open Folder…"), content_,
+                                        [this] { content_->chooseItemToOpen(true); });
+  openFolder->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_O));
+  file->addSeparator();
+  QAction* quit = file->addAction(QStringLiteral("Quit"), this, &QWidget::close);
+  quit->setShortcut(QKeySequence::Quit);
+  quit->setMenuRole(QAction::QuitRole);
+
+  QMenu* help = menuBar()->addMenu(QStringLiteral("&Help"));
+  QAction* about = help->addAction(QStringLiteral("About Lumenscribe"), this, &MainWindow::aboutRequested);
+  about->setMenuRole(QAction::AboutRole);
+}
+
+LumenscribeApp::LumenscribeApp() {
+  QApplication::setApplicationName(QStringLiteral("Lumenscribe"));
+  QApplication::setDesktopFileName(QStringLiteral("lumenscribe"));
+  QApplication::setWindowIcon(QIcon(QStringLiteral(":/lumenscribe/lumenscribe.svg")));
+  window_ = std::make_unique<MainWindow>();
+  connect(window_.get(), &MainWindow::aboutRequested, this, &LumenscribeApp::showAboutWindow);
+}
+
+LumenscribeApp::~LumenscribeApp() = default;
+
+void LumenscribeApp::showAboutWindow() {
+  if (!about_) {
+    // Deleted when closed, so the pointer empties and the next request makes a fresh one.
+    about_ = new AboutWindow(window_.get());
+    const QScreen* screen = window_->screen() ? window_->screen() : QGuiApplication::primaryScreen();
+    if (screen) {
+      QRect frame = about_->frameGeometry();
+      frame.moveCenter(screen->availableGeometry().center());
+      about_->move(frame.topLeft());
+    }
+  }
+  about_->show();
+  about_->raise();
+  about_->activateWindow();
+}
+
+}  // namespace lumenscribe::app

@@ -1,0 +1,51 @@
+// SPDX-FileCopyrightText: 2026 Lumenscribe Project
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QMainWindow>
+#include <QObject>
+#include <QPointer>
+#include <memory>
+
+#include "app/about_window.h"
+
+namespace lumenscribe::app {
+
+class ContentView;
+
+/// The one main window: the content view under a File and a Help menu.
+class MainWindow : public QMainWindow {
+  Q_OBJECT
+
+ public:
+  explicit MainWindow(QWidget* parent = nullptr);
+  ContentView* contentView() const { return content_; }
+
+ signals:
+  void aboutRequested();
+
+ private:
+  ContentView* content_ = nullptr;
+};
+
+/// The application: owns the main window and the single About window.
+class LumenscribeApp : public QObject {
+  Q_OBJECT
+
+ public:
+  LumenscribeApp();
+  ~LumenscribeApp() override;
+
+  MainWindow* mainWindow() const { return window_.get(); }
+
+  /// Opens the About window, or brings the open one to the front.
+  void showAboutWindow();
+  /// The open About window; null when none is open.
+  AboutWindow* aboutWindow() const { return about_; }
+
+ private:
+  std::unique_ptr<MainWindow> window_;
+  QPointer<AboutWindow> about_;
+};
+
+}  // namespace lumenscribe::app

@@ -1,0 +1,60 @@
+// SPDX-FileCopyrightText: 2026 Lumenscribe Project
+// SPDX-License-Identifier: MIT
+#include <QApplication>
+#include <QTimer>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <vector>
+
+#include "app/content_view.h"
+#include "app/lumenscribe_app.h"
+#include "lumenscribe/product.h"
+
+namespace {
+
+constexpr const char* kUsage =
+    "Usage: lumenscribe [FILE]\n"
+    "Opens the Lumenscribe window; given FILE (a file or folder), inspects it at once.\n";
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  // Qt's own options (-platform, ...) are taken out of argv here.
+  QApplication application(argc, argv);
+  QApplication::setApplicationVersion(QString::fromUtf8(lumenscribe::product::version));
+
+  // Paths stay bytes: a name that is not UTF-8 must reach the engine unchanged.
+  std::vector<std::filesystem::path> items;
+  bool optionsDone = false;
+  for (int i = 1; i < argc; ++i) {
+    const char* argument = argv[i];
+    if (!optionsDone && std::strcmp(argument, "--") == 0) {
+      optionsDone = true;
+    } else if (!optionsDone && (std::strcmp(argument, "-h") == 0 || std::strcmp(argument, "--help") == 0)) {
+      std::fputs(kUsage, stdout);
+      return 0;
+    } else if (!optionsDone && std::strcmp(argument, "--version") == 0) {
+      std::printf("%s %s\n", lumenscribe::product::name, lumenscribe::product::version);
+      return 0;
+    } else if (!optionsDone && argument[0] == '-' && argument[1] != '\0') {
+      std::fprintf(stderr, "lumenscribe: unknown option %s\n%s", argument, kUsage);
+      return 2;
+    } else {
+      items.emplace_back(argument);
+    }
+  }
+
+  lumenscribe::app::LumenscribeApp app;
+  lumenscribe::app::MainWindow* window = app.mainWindow();
+  window->show();
+  if (items.size() > 1) {
+    window->contentView()->setErrorMessage(lumenscribe::app::oneItemMessage());
+  } else if (items.size() == 1) {
+    std::error_code error;
+    std::filesystem::path item = std::filesystem::absolute(items.front(), error);
+    if (error) item = items.front();
+    window->contentView()->startInspection(item);
+  }
+  return QApplication::exec();
+}

@@ -1,0 +1,373 @@
+// SPDX-FileCopyrightText: 2026 Lumenscribe Project
+// SPDX-License-Identifier: MIT
+#include "app/result_screen.h"
+
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPropertyAnimation>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QVBoxLayout>
+
+#include "app/card.h"
+#include "app/flow_layout.h"
+#include "app/icons.h"
+#include "app/pills.h"
+#include "app/preview_loader.h"
+#include "app/privacy_card.h"
+#include "app/raw_metadata_block.h"
+#include "app/section_card.h"
+#include "app/text_labels.h"
+#include "app/theme.h"
+#include "privacy/privacy_summary.h"
+
+namespace lumenscribe::app {
+
+namespace {
+
+constexpr int kColumnMaxWidth = 1080;
+constexpr int kReturnToTopThreshold = 480;
+constexpr int kAnchorMargin = 12;
+
+QString qText(std::string_view text) {
+  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+QString anchorName(std::string_view anchor) { return qText(anchor); }
+
+QPushButton* makeActionButton(const QString& text, std::string_view symbol, const QString& help,
+                          QWidget* parent) {
+  auto* button = new QPushButton(text, parent);
+  setButtonSymbol(button, symbol);
+  button->setToolTip(help);
+  button->setCursor(Qt::PointingHandCursor);
+  return button;
+}
+
+}  // namespace
+
+ResultScreen::ResultScreen(QWidget* parent) : QWidget(parent) {
+  auto* outer = new QVBoxLayout(this);
+  outer->setContentsMargins(0, 0, 0, 0);
+  scroll_ = new QScrollArea(this);
+  scroll_->setObjectName(QStringLiteral("resultScroll"));
+  scroll_->setFrameShape(QFrame::NoFrame);
+  scroll_->setWidgetResizable(true);
+  scroll_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  outer->addWidget(scroll_);
+
+  auto* content = new QWidget;
+  content->setAutoFillBackground(false);
+  auto* centering = new QHBoxLayout(content);
+  centering->setContentsMargins(24, 20, 24, 28);
+  column_ = new QWidget(content);
+  column_->setMaximumWidth(kColumnMaxWidth);
+  centering->addStretch(0);
+  centering->addWidget(column_, 1);
+  centering->addStretch(0);
+  auto* column = new QVBoxLayout(column_);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(14);
+  buildTopCard(column);
+  body_ = new QWidget(column_);
+  new QVBoxLayout(body_);
+  body_->layout()->setContentsMargins(0, 0, 0, 0);
+  body_->layout()->setSpacing(14);
+  column->addWidget(body_);
+  column->addStretch(1);
+  scroll_->setWidget(content);
+  scroll_->viewport()->setAutoFillBackground(false);
+  content->setAutoFillBackground(false);
+
+  scrollAnimation_ = new QPropertyAnimation(scroll_->verticalScrollBar(), "value", this);
+  scrollAnimation_->setDuration(260);
+  scrollAnimation_->setEasingCurve(QEasingCurve::OutCubic);
+
+  returnToTop_ = new PillButton(QStringLiteral("Return to Top"), "arrow.up", Accent::system, this);
+  returnToTop_->setObjectName(QStringLiteral("returnToTop"));
+  returnToTop_->setOpaque(true);
+  returnToTop_->setToolTip(QStringLiteral("Return to the top of the inspection"));
+  returnToTop_->hide();
+  connect(returnToTop_, &QAbstractButton::clicked, this,
+          [this] { scrollToAnchor(anchorName(kPageTopAnchor)); });
+  connect(returnToTop_, &PillButton::hoverChanged, this, &ResultScreen::returnToTopHovered);
+
+  connect(scroll_->verticalScrollBar(), &QScrollBar::valueChanged, this, [this](int value) {
+    const bool wanted = value > kReturnToTopThreshold;
+    if (wanted == returnToTopWanted_) return;
+    returnToTopWanted_ = wanted;
+    emit returnToTopWanted(wanted);
+  });
+}
+
+void ResultScreen::buildTopCard(QVBoxLayout* column) {
+  topCard_ = new Card(column_);
+  topCard_->setObjectName(anchorName(kPageTopAnchor));
+  topCard_->setHoverHighlight(true);
+  connect(topCard_, &Card::hoverChanged, this, &ResultScreen::topCardHovered);
+  auto* layout = new QHBoxLayout(topCard_);
+  layout->setContentsMargins(18, 18, 18, 18);
+  layout->setSpacing(20);
+  preview_ = new CachedFilePreview(topCard_);
+  layout->addWidget(preview_, 0, Qt::AlignTop);
+
+  auto* info = new QVBoxLayout;
+  info->setSpacing(4);
+  name_ = new WrappedText(QString(), topCard_);
+  name_->setObjectName(QStringLiteral("displayName"));
+  name_->setFont(scaledFont(font(), 1.55, QFont::Bold));
+  info->addWidget(name_);
+  type_ = quietLabel(QString(), topCard_);
+  type_->setObjectName(QStringLiteral("typeDescription"));
+  type_->setFont(scaledFont(font(), 1.08));
+  info->addWidget(type_);
+  auto* facts = new QHBoxLayout;
+  facts->setSpacing(10);
+  details_ = quietLabel(QString(), topCard_);
+  details_->setObjectName(QStringLiteral("detailCount"));
+  details_->setWordWrap(false);
+  facts->addWidget(details_);
+  facts->addWidget(new Badge(QStringLiteral("Local"), Accent::green, topCard_));
+  facts->addStretch(1);
+  info->addLayout(facts);
+  info->addStretch(1);
+
+  auto* actions = new QHBoxLayout;
+  actions->setSpacing(8);
+  auto* compare = makeActionButton(QStringLiteral("Compare"), "arrow.left.arrow.right",
+                               QStringLiteral("Compare this file with another file"), topCard_);
+  auto* cleanCopy = makeActionButton(QStringLiteral("Create Clean Copy"), "sparkles",
+                                 QStringLiteral("Save a copy of this image with privacy metadata removed"),
+                                 topCard_);
+  auto* save = makeActionButton(QStringLiteral("Save Report"), "square.and.arrow.down", QString(), topCard_);
+  // Wired up together with comparison, clean copy and report saving.
+  for (QPushButton* pending : {compare, cleanCopy, save}) pending->setEnabled(false);
+  auto* another = makeActionButton(QStringLiteral("Inspect Another File"), "arrow.counterclockwise",
+                               QString(), topCard_);
+  another->setDefault(true);
+  connect(another, &QPushButton::clicked, this, &ResultScreen::inspectAnotherRequested);
+  actions->addStretch(1);
+  for (QPushButton* button : {compare, cleanCopy, save, another}) actions->addWidget(button);
+  info->addSpacing(10);
+  info->addLayout(actions);
+  layout->addLayout(info, 1);
+  column->addWidget(topCard_);
+}
+
+QPushButton* ResultScreen::actionButton(const QString& text) const {
+  for (QPushButton* button : topCard_->findChildren<QPushButton*>()) {
+    if (button->text() == text) return button;
+  }
+  return nullptr;
+}
+
+void ResultScreen::showResult(const LumenscribeResult& result,
+                              const ResultPresentation& presentation) {
+  result_ = result;
+  presentation_ = presentation;
+  name_->setText(qText(result.displayName));
+  type_->setText(qText(result.typeDescription));
+  details_->setText(QStringLiteral("%1 details").arg(result.summaryCount));
+  preview_->setItem(result.url, presentation.previewSymbol, presentation.isDirectory);
+  rebuild();
+  scrollAnimation_->stop();
+  scroll_->verticalScrollBar()->setValue(0);
+}
+
+void ResultScreen::rebuild() {
+  if (!result_) return;
+  QLayout* layout = body_->layout();
+  while (QLayoutItem* item = layout->takeAt(0)) {
+    delete item->widget();
+    delete item;
+  }
+  severityPills_.clear();
+  summaryPills_.clear();
+
+  layout->addWidget(buildSummaryCard(body_));
+  layout->addWidget(buildRevealsCard(body_));
+  for (const InsightSection& section : result_->sections) {
+    const auto kind = detailKindFor(section.title);
+    const bool expanded = kind == DetailKind::camera  ? presentation_.showCameraDetails
+                          : kind == DetailKind::video ? presentation_.showVideoDetails
+                                                      : false;
+    auto* card = new SectionCard(section, expanded, body_);
+    connect(card, &SectionCard::detailsToggleRequested, this, &ResultScreen::detailsToggleRequested);
+    connect(card, &SectionCard::inspectFurtherRequested, this,
+            [this, card] { emit inspectFurtherRequested(card->section()); });
+    connect(card, &SectionCard::detailButtonHoverChanged, this, [this, card](bool hovered) {
+      emit diveDeeperHovered(hovered ? std::optional(qText(card->section().title)) : std::nullopt);
+    });
+    layout->addWidget(card);
+  }
+  privacyCard_ = new PrivacyCard(result_->privacyFindings, body_);
+  layout->addWidget(privacyCard_);
+  rawBlock_ = new RawMetadataBlock(result_->rawMetadata, body_);
+  rawBlock_->setObjectName(QStringLiteral("rawMetadata"));
+  rawBlock_->setExpanded(presentation_.showRawMetadata);
+  connect(rawBlock_, &RawMetadataBlock::toggleRequested, this, &ResultScreen::rawMetadataToggleRequested);
+  layout->addWidget(rawBlock_);
+}
+
+QWidget* ResultScreen::buildSummaryCard(QWidget* parent) {
+  auto* card = new Card(parent);
+  card->setObjectName(QStringLiteral("inspectionSummary"));
+  auto* layout = new QVBoxLayout(card);
+  layout->setContentsMargins(18, 14, 18, 16);
+  layout->setSpacing(8);
+  auto* heading = quietLabel(QStringLiteral("Inspection Summary"), card);
+  heading->setFont(scaledFont(font(), 0.95, QFont::DemiBold));
+  layout->addWidget(heading);
+
+  const Verdict verdict = verdictFor(result_->privacyFindings);
+  const Accent accent = accentForVerdict(verdict.level);
+  const std::string_view symbol = verdict.level == VerdictLevel::info      ? "checkmark.circle.fill"
+                                  : verdict.level == VerdictLevel::caution ? "info.circle.fill"
+                                                                           : "exclamationmark.triangle.fill";
+  auto* row = new QHBoxLayout;
+  row->setSpacing(10);
+  row->addWidget(new SymbolView(std::string(symbol), accent, 26, card));
+  verdict_ = new QLabel(qText(verdict.text), card);
+  verdict_->setObjectName(QStringLiteral("verdict"));
+  verdict_->setFont(scaledFont(font(), 1.35, QFont::Bold));
+  setTextColor(verdict_, accentColor(accent, palette()));
+  row->addWidget(verdict_, 1);
+
+  const SeverityCounts counts = severityCounts(result_->privacyFindings);
+  for (const PrivacyLevel level : {PrivacyLevel::neutral, PrivacyLevel::notice, PrivacyLevel::sensitive}) {
+    const std::int64_t count = counts.of(level);
+    auto* pill = new PillButton(qText(countLabel(level)), "", accentForLevel(level), card);
+    pill->setCount(count);
+    pill->setMuted(count == 0);
+    pill->setToolTip(QString::fromStdString(severityHelpText(level, count)));
+    if (count > 0) {
+      connect(pill, &QAbstractButton::clicked, this,
+              [this] { scrollToAnchor(anchorName(kSharingPrivacyAnchor)); });
+    }
+    connect(pill, &PillButton::hoverChanged, this, [this, level](bool hovered) {
+      emit severityHovered(hovered ? std::optional(level) : std::nullopt);
+    });
+    severityPills_ << pill;
+    row->addWidget(pill);
+  }
+  layout->addLayout(row);
+  return card;
+}
+
+QWidget* ResultScreen::buildRevealsCard(QWidget* parent) {
+  auto* card = new Card(parent);
+  card->setObjectName(QStringLiteral("reveals"));
+  auto* layout = new QVBoxLayout(card);
+  layout->setContentsMargins(18, 14, 18, 16);
+  layout->setSpacing(10);
+  auto* heading = new QHBoxLayout;
+  auto* title = new QLabel(QStringLiteral("What this file reveals:"), card);
+  title->setFont(scaledFont(font(), 1.05, QFont::DemiBold));
+  heading->addWidget(title);
+  heading->addStretch(1);
+  heading->addWidget(quietLabel(QStringLiteral("Click to Explore"), card));
+  layout->addLayout(heading);
+
+  auto* pills = new QWidget(card);
+  pills->setToolTip(QStringLiteral("Click to Explore"));
+  auto* flow = new FlowLayout(pills, 8);
+  for (const std::string& item : result_->summaryItems) {
+    const QString text = qText(item);
+    auto* pill = new PillButton(text, "", accentForSection(item), pills);
+    pill->setToolTip(QStringLiteral("Jump to %1").arg(text));
+    const QString anchor = QString::fromStdString(sectionAnchor(item));
+    connect(pill, &QAbstractButton::clicked, this, [this, anchor] { scrollToAnchor(anchor); });
+    connect(pill, &PillButton::hoverChanged, this, [this, text](bool hovered) {
+      emit insightPillHovered(hovered ? std::optional(text) : std::nullopt);
+    });
+    summaryPills_ << pill;
+    flow->addWidget(pill);
+  }
+  layout->addWidget(pills);
+  return card;
+}
+
+void ResultScreen::setRawMetadataShown(bool shown) {
+  if (rawBlock_) rawBlock_->setExpanded(shown);
+  presentation_.showRawMetadata = shown;
+}
+
+void ResultScreen::setDetailsShown(DetailKind kind, bool shown) {
+  (kind == DetailKind::camera ? presentation_.showCameraDetails : presentation_.showVideoDetails) = shown;
+  for (SectionCard* card : sectionCards()) {
+    if (card->detailKind() == kind) card->setDetailsExpanded(shown);
+  }
+}
+
+QWidget* ResultScreen::anchorWidget(const QString& anchor) const {
+  if (anchor == anchorName(kPageTopAnchor)) return topCard_;
+  return body_->findChild<QWidget*>(anchor, Qt::FindDirectChildrenOnly);
+}
+
+bool ResultScreen::scrollToAnchor(const QString& anchor, bool animated) {
+  QWidget* target = anchorWidget(anchor);
+  if (!target) return false;
+  QScrollBar* bar = scroll_->verticalScrollBar();
+  const int y = target == topCard_ ? 0 : target->mapTo(scroll_->widget(), QPoint(0, 0)).y() - kAnchorMargin;
+  const int value = qBound(bar->minimum(), y, bar->maximum());
+  scrollAnimation_->stop();
+  if (!animated) {
+    bar->setValue(value);
+    return true;
+  }
+  scrollAnimation_->setStartValue(bar->value());
+  scrollAnimation_->setEndValue(value);
+  scrollAnimation_->start();
+  return true;
+}
+
+QList<SectionCard*> ResultScreen::sectionCards() const {
+  return body_->findChildren<SectionCard*>(QString(), Qt::FindDirectChildrenOnly);
+}
+
+SectionCard* ResultScreen::sectionCard(const QString& title) const {
+  for (SectionCard* card : sectionCards()) {
+    if (qText(card->section().title) == title) return card;
+  }
+  return nullptr;
+}
+
+void ResultScreen::setReturnToTopShown(bool shown) {
+  returnToTop_->setVisible(shown);
+  if (shown) {
+    placeReturnToTop();
+    returnToTop_->raise();
+  }
+}
+
+void ResultScreen::placeReturnToTop() {
+  const QSize hint = returnToTop_->sizeHint();
+  returnToTop_->setGeometry(width() - hint.width() - 32, height() - hint.height() - 20, hint.width(),
+                            hint.height());
+}
+
+void ResultScreen::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  placeReturnToTop();
+}
+
+void ResultScreen::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  // Colours of text and icons are taken from the palette when cards are made.
+  if (event->type() == QEvent::PaletteChange && !rebuildPending_) {
+    // A theme change arrives as several events; rebuild once, after the last of them.
+    rebuildPending_ = true;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+          rebuildPending_ = false;
+          refreshButtonSymbols(topCard_);
+          rebuild();
+        },
+        Qt::QueuedConnection);
+  }
+}
+
+}  // namespace lumenscribe::app
