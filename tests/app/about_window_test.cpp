@@ -1,0 +1,64 @@
+// SPDX-FileCopyrightText: 2026 Lumenscribe Project
+// SPDX-License-Identifier: MIT
+#include <QLabel>
+#include <QPushButton>
+#include <QScreen>
+#include <QtTest>
+
+#include "app/about_window.h"
+#include "app/lumenscribe_app.h"
+#include "app/pills.h"
+#include "lumenscribe/product.h"
+
+using namespace lumenscribe::app;
+
+class AboutWindowTest : public QObject {
+  Q_OBJECT
+
+ private slots:
+  void versionLineFallsBackToItsDefaults() {
+    QCOMPARE(versionText("2.3", std::nullopt), QStringLiteral("Version 2.3 (1)"));
+    QCOMPARE(versionText(std::nullopt, std::nullopt), QStringLiteral("Version 1.0 (1)"));
+    QCOMPARE(versionText("2.3", "45"), QStringLiteral("Version 2.3 (45)"));
+    QCOMPARE(versionText(), QStringLiteral("Version %1 (%2)")
+                                .arg(lumenscribe::product::version, lumenscribe::product::buildNumber));
+  }
+
+  void thereIsAtMostOneAboutWindow() {
+    LumenscribeApp app;
+    QVERIFY(!app.aboutWindow());
+    app.showAboutWindow();
+    AboutWindow* first = app.aboutWindow();
+    QVERIFY(first);
+    QVERIFY(QTest::qWaitForWindowExposed(first));
+    app.showAboutWindow();
+    QCOMPARE(app.aboutWindow(), first);
+    QCOMPARE(app.mainWindow()->findChildren<AboutWindow*>().size(), 1);
+
+    QCOMPARE(first->windowTitle(), QStringLiteral("About Lumenscribe"));
+    QCOMPARE(first->size(), QSize(540, 500));
+    QCOMPARE(first->minimumSize(), first->maximumSize());
+    QVERIFY(!(first->windowFlags() & (Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint)));
+    QCOMPARE(first->findChild<QLabel*>("versionLine")->text(), versionText());
+    QStringList pills;
+    for (const FeaturePill* pill : first->findChildren<FeaturePill*>()) {
+      pills << pill->title() + " " + QString::fromStdString(pill->systemImage());
+    }
+    QCOMPARE(pills, (QStringList{"Local macbook", "Private lock.shield", "Plain English text.bubble"}));
+
+    // "Done" closes it; the next request makes a fresh, centred window.
+    first->view()->doneButton()->click();
+    QTRY_VERIFY(!app.aboutWindow());
+    app.showAboutWindow();
+    AboutWindow* second = app.aboutWindow();
+    QVERIFY(second);
+    const QPoint centre = second->screen()->availableGeometry().center();
+    QVERIFY2((second->frameGeometry().center() - centre).manhattanLength() <= 4,
+             qPrintable(QStringLiteral("%1,%2 vs %3,%4").arg(second->frameGeometry().center().x()).arg(second->frameGeometry().center().y()).arg(centre.x()).arg(centre.y())));
+    second->close();
+    QTRY_VERIFY(!app.aboutWindow());
+  }
+};
+
+QTEST_MAIN(AboutWindowTest)
+#include "about_window_test.moc"

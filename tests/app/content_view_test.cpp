@@ -1,0 +1,241 @@
+// SPDX-FileCopyrightText: 2026 Lumenscribe Project
+// SPDX-License-Identifier: MIT
+// The window's drop and inspection lifecycle, run against the real engine.
+#include <QAbstractButton>
+#include <QLabel>
+#include <QThreadPool>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QUrl>
+#include <QtTest>
+#include <sys/stat.h>
+
+#include "app/content_view.h"
+#include "app/drop_screen.h"
+#include "app/health_sheet.h"
+#include "app/pills.h"
+#include "app/privacy_card.h"
+#include "app/progress_overlay.h"
+#include "app/raw_metadata_block.h"
+#include "app/result_screen.h"
+#include "app/section_card.h"
+#include "app_test_support.h"
+
+using namespace lumenscribe;
+using namespace lumenscribe::app;
+using lumenscribe::app::testing::fixture;
+using lumenscribe::app::testing::inspectAndWait;
+
+namespace {
+
+std::unique_ptr<QMimeData> dropOf(std::initializer_list<QUrl> urls) {
+  auto data = std::make_unique<QMimeData>();
+  data->setUrls(QList<QUrl>(urls));
+  return data;
+}
+
+QUrl fileUrl(const std::filesystem::path& path) {
+  return QUrl::fromLocalFile(QString::fromStdString(path.string()));
+}
+
+QStringList titlesOf(const QList<SectionCard*>& cards) {
+  QStringList titles;
+  for (const SectionCard* card : cards) titles << QString::fromStdString(card->section().title);
+  return titles;
+}
+
+}  // namespace
+
+class ContentViewTest : public QObject {
+  Q_OBJECT
+
+ private slots:
+  void aDropOfOneItemShowsItsSectionsInOrder() {
+    ContentView view;
+    view.resize(1000, 720);
+    QVERIFY(!view.isShowingResult());
+    QSignalSpy finished(&view, &ContentView::inspectionFinished);
+    QVERIFY(view.handleDrop(*dropOf({fileUrl(fixture("notes.txt"))})));
+    QVERIFY(view.state().isInspecting);
+    QVERIFY(!view.progressOverlay()->isHidden());
+    QVERIFY(finished.wait(20000));
+
+    const ContentViewState& state = view.state();
+    QVERIFY(!state.isInspecting);
+    QVERIFY(view.progressOverlay()->isHidden());
+    QVERIFY(state.result);
+    QVERIFY(view.isShowingResult());
+    QStringList expected;
+    for (const InsightSection& section : state.result->sections) expected << QString::fromStdString(section.title);
+    QVERIFY(expected.size() >= 2);
+    QCOMPARE(titlesOf(view.resultScreen()->sectionCards()), expected);
+    QCOMPARE(view.resultScreen()->findChild<QLabel*>("detailCount")->text(),
+             QStringLiteral("%1 details").arg(state.result->summaryCount));
+    // A plain text file raises only the default neutral finding.
+    const QList<PillButton*> pills = view.resultScreen()->severityPills();
+    QCOMPARE(pills[0]->toolTip(), QStringLiteral("Jump to Sharing & Privacy"));
+    QCOMPARE(pills[1]->toolTip(), QStringLiteral("No caution findings"));
+    QCOMPARE(pills[2]->toolTip(), QStringLiteral("No warning findings"));
+    QVERIFY(view.resultScreen()->privacyCard()->countTexts().isEmpty());
+    QCOMPARE(view.resultScreen()->verdictLabel()->text(), QStringLiteral("No obvious concerns found"));
+  }
+
+  void severalItemsOrAForeignLocationGiveTheirMessageAndChangeNothing() {
+    ContentView view;
+    QVERIFY(inspectAndWait(view, fixture("notes.txt")));
+    const Uuid shown = view.state().result->id;
+
+    QVERIFY(view.handleDrop(*dropOf({fileUrl(fixture("notes.txt")), fileUrl(fixture("empty.txt"))})));
+    QVERIFY(!view.state().isInspecting);
+    QCOMPARE(view.state().errorMessage.value_or(QString()),
+             QStringLiteral("Lumenscribe inspects one item at a time. Drop a single file or folder."));
+    QVERIFY(view.alert());
+    QCOMPARE(view.alert()->windowTitle(), QStringLiteral("Lumenscribe"));
+    QCOMPARE(view.alert()->text(), *view.state().errorMessage);
+    QCOMPARE(view.state().result->id, shown);
+    QVERIFY(view.isShowingResult());
+
+    // "OK" clears the message.
+    view.alert()->button(QMessageBox::Ok)->click();
+    QVERIFY(!view.state().errorMessage);
+
+    QVERIFY(view.handleDrop(*dropOf({QUrl(QStringLiteral("https://example.org/a.jpg"))})));
+    QCOMPARE(view.state().errorMessage.value_or(QString()),
+             QStringLiteral("Lumenscribe could not read this file."));
+    QCOMPARE(view.state().result->id, shown);
+    QVERIFY(!view.state().isInspecting);
+
+    // Nothing to drop: the drop is declined and nothing changes.
+    QVERIFY(!view.handleDrop(QMimeData()));
+  }
+
+  void aDropDuringAnInspectionIsIgnored() {
+    ContentView view;
+    QSignalSpy finished(&view, &ContentView::inspectionFinished);
+    QVERIFY(view.handleDrop(*dropOf({fileUrl(fixture("photo_gps.jpg"))})));
+    QVERIFY(view.state().isInspecting);
+    QVERIFY(view.handleDrop(*dropOf({fileUrl(fixture("notes.txt"))})));
+    QVERIFY(view.handleDrop(*dropOf({QUrl(QStringLiteral("https://example.org/"))})) );
+    QVERIFY(finished.wait(20000));
+    QTest::qWait(100);
+    QCOMPARE(finished.count(), 1);
+    QCOMPARE(view.state().result->displayName, "photo_gps.jpg");
+  }
+
+  void aFailedInspectionKeepsTheEarlierResult() {
+    QTemporaryDir folder;
+    const std::filesystem::path fifo = std::filesystem::path(folder.path().toStdString()) / "pipe";
+    QCOMPARE(::mkfifo(fifo.c_str(), 0600), 0);
+
+    ContentView view;
+    QVERIFY(inspectAndWait(view, fixture("notes.txt")));
+    const Uuid shown = view.state().result->id;
+
+    QVERIFY(inspectAndWait(view, fixture("no-such-file.txt")));
+    QCOMPARE(view.state().errorMessage.value_or(QString()), QStringLiteral("No such file or directory"));
+    QVERIFY(view.alert() && view.alert()->isVisible());
+    QCOMPARE(view.state().result->id, shown);
+    QVERIFY(view.isShowingResult());
+    QVERIFY(!view.state().isInspecting);
+
+    // A new inspection clears the message; a FIFO is refused without being opened.
+    QVERIFY(inspectAndWait(view, fifo));
+    QCOMPARE(view.state().errorMessage.value_or(QString()),
+             QStringLiteral("Lumenscribe could not inspect this file yet."));
+    QCOMPARE(view.state().result->id, shown);
+  }
+
+  void inspectAnotherFileCollapsesEverything() {
+    ContentView view;
+    view.resize(1000, 720);
+    view.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&view));
+    QVERIFY(inspectAndWait(view, fixture("photo_gps.jpg")));
+    ResultScreen* screen = view.resultScreen();
+
+    QTest::mouseClick(screen->rawMetadataBlock()->findChild<QAbstractButton*>("rawMetadataHeader"),
+                      Qt::LeftButton);
+    QVERIFY(view.state().showRawMetadata);
+    QVERIFY(screen->rawMetadataBlock()->isExpanded());
+    // What the camera and video cards' buttons ask for.
+    emit screen->detailsToggleRequested(DetailKind::camera);
+    emit screen->detailsToggleRequested(DetailKind::video);
+    QVERIFY(view.state().showCameraDetails && view.state().showVideoDetails);
+
+    QTest::mouseClick(screen->actionButton("Inspect Another File"), Qt::LeftButton);
+    QVERIFY(!view.isShowingResult());
+    QVERIFY(!view.state().result);
+    QVERIFY(!view.state().showRawMetadata);
+    QVERIFY(!view.state().showCameraDetails);
+    QVERIFY(!view.state().showVideoDetails);
+
+    QVERIFY(inspectAndWait(view, fixture("photo_gps.jpg")));
+    QVERIFY(!screen->rawMetadataBlock()->isExpanded());
+    // The pending actions are there, waiting to be wired.
+    for (const char* pending : {"Compare", "Create Clean Copy", "Save Report"}) {
+      QVERIFY(screen->actionButton(pending));
+      QVERIFY(!screen->actionButton(pending)->isEnabled());
+    }
+  }
+
+  void doubtfulHealthOpensTheExplanationSheet() {
+    ContentView view;
+    view.resize(1000, 720);
+    view.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&view));
+    QVERIFY(inspectAndWait(view, fixture("empty.txt")));
+    SectionCard* health = view.resultScreen()->sectionCard("File Health");
+    QVERIFY(health);
+    QVERIFY(health->inspectFurtherButton());
+    QTest::mouseClick(health->inspectFurtherButton(), Qt::LeftButton);
+    QVERIFY(view.state().healthSectionForInspection);
+    QCOMPARE(view.state().healthSectionForInspection->title, "File Health");
+    HealthSheet* sheet = view.healthSheet();
+    QVERIFY(sheet && sheet->isVisible());
+    QCOMPARE(sheet->findChild<QLabel*>("assessment")->text(), QStringLiteral("Empty file"));
+    QVERIFY(sheet->findChild<QLabel*>("meaning")->text().startsWith("The file contains zero bytes."));
+    sheet->accept();
+    QVERIFY(!view.state().healthSectionForInspection);
+
+    // An intact file offers nothing to explain.
+    QVERIFY(inspectAndWait(view, fixture("photo_gps.jpg")));
+    QVERIFY(!view.resultScreen()->sectionCard("File Health")->inspectFurtherButton());
+  }
+
+  void dragHighlightFollowsTheDrag() {
+    ContentView view;
+    view.resize(1000, 720);
+    view.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&view));
+    const auto data = dropOf({fileUrl(fixture("notes.txt"))});
+    QDragEnterEvent enter(QPoint(400, 300), Qt::CopyAction, data.get(), Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&view, &enter);
+    QVERIFY(enter.isAccepted());
+    QVERIFY(view.state().isTargeted);
+    QVERIFY(view.dropScreen()->isTargeted());
+    QDragLeaveEvent leave;
+    QApplication::sendEvent(&view, &leave);
+    QVERIFY(!view.state().isTargeted);
+
+    QMimeData text;
+    text.setText(QStringLiteral("not a file"));
+    QDragEnterEvent plain(QPoint(400, 300), Qt::CopyAction, &text, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&view, &plain);
+    QVERIFY(!plain.isAccepted());
+    QVERIFY(!view.state().isTargeted);
+  }
+
+  void closingDuringAnInspectionLeavesCleanly() {
+    auto view = std::make_unique<ContentView>();
+    view->startInspection(fixture("photo_gps.jpg"));
+    QVERIFY(view->state().isInspecting);
+    view.reset();  // the worker finishes on its own; nothing may call back into the window
+    QThreadPool::globalInstance()->waitForDone();
+    QTest::qWait(50);
+  }
+};
+
+QTEST_MAIN(ContentViewTest)
+#include "content_view_test.moc"

@@ -1,0 +1,112 @@
+// SPDX-FileCopyrightText: 2026 Lumenscribe Project
+// SPDX-License-Identifier: MIT
+// The top card's preview: pictures, PDF page 0, and everything that has none.
+#include <QPainter>
+#include <QPdfWriter>
+#include <QProcess>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include "app/preview_loader.h"
+#include "app_test_support.h"
+
+using namespace lumenscribe::app;
+using lumenscribe::app::testing::fixture;
+
+namespace {
+
+std::filesystem::path writePdf(const QTemporaryDir& folder, const char* name) {
+  const QString path = folder.filePath(QLatin1String(name));
+  QPdfWriter writer(path);
+  writer.setPageSize(QPageSize(QPageSize::A4));
+  QPainter painter(&writer);
+  painter.fillRect(QRect(0, 0, writer.width(), writer.height() / 3), Qt::darkBlue);
+  painter.drawText(QPoint(200, writer.height() / 2), QStringLiteral("Quarterly figures"));
+  painter.end();
+  return path.toStdString();
+}
+
+bool allWhite(const QImage& image) {
+  for (int y = 0; y < image.height(); ++y) {
+    for (int x = 0; x < image.width(); ++x) {
+      if (image.pixel(x, y) != qRgb(255, 255, 255)) return false;
+    }
+  }
+  return true;
+}
+
+}  // namespace
+
+class PreviewLoaderTest : public QObject {
+  Q_OBJECT
+
+ private slots:
+  void picturesAreScaledToFitAndTurnedUpright() {
+    const QSize box(150, 110);
+    const QImage photo = loadPreviewImage(fixture("photo_gps.jpg"), false, box);
+    QCOMPARE(photo.height(), 110);  // 640 x 480 fitted into the box
+    QVERIFY(qAbs(photo.width() - 147) <= 1);
+    // Stored sideways with orientation 6: shown upright, so taller than wide.
+    const QImage rotated = loadPreviewImage(fixture("rotated.jpg"), false, box);
+    QVERIFY(!rotated.isNull());
+    QVERIFY(rotated.height() > rotated.width());
+    QVERIFY(rotated.width() <= box.width() && rotated.height() <= box.height());
+  }
+
+  void pdfsShowPageZeroUnlessLocked() {
+    QTemporaryDir folder;
+    const std::filesystem::path pdf = writePdf(folder, "report.pdf");
+    const QImage page = loadPreviewImage(pdf, false, QSize(150, 110));
+    QVERIFY(!page.isNull());
+    QVERIFY(page.width() <= 150 && page.height() <= 110);
+    QVERIFY(page.height() == 110 || page.width() == 150);
+    QVERIFY(!allWhite(page));
+
+    // The same document under a user password: poppler must not be asked to draw it.
+    const QString locked = folder.filePath("locked.pdf");
+    QCOMPARE(QProcess::execute("qpdf", {"--encrypt", "secret", "owner", "256", "--",
+                                        QString::fromStdString(pdf.string()), locked}),
+             0);
+    QVERIFY(loadPreviewImage(locked.toStdString(), false, QSize(150, 110)).isNull());
+
+    // A PDF only by name gives no preview and no crash.
+    const QString fake = folder.filePath("fake.pdf");
+    QFile file(fake);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("%PDF-1.7\nnot really\n");
+    file.close();
+    QVERIFY(loadPreviewImage(fake.toStdString(), false, QSize(150, 110)).isNull());
+  }
+
+  void foldersAndTextHaveNoPicture() {
+    QVERIFY(loadPreviewImage(fixture("notes.txt"), false, QSize(150, 110)).isNull());
+    QVERIFY(loadPreviewImage(fixture("empty.txt"), false, QSize(150, 110)).isNull());
+    QVERIFY(loadPreviewImage(fixture(""), true, QSize(150, 110)).isNull());
+  }
+
+  void theSameItemIsNotLoadedTwice() {
+    CachedFilePreview preview;
+    QSignalSpy loaded(&preview, &CachedFilePreview::previewLoaded);
+    preview.setItem(fixture("photo_gps.jpg"), "photo.fill", false);
+    QVERIFY(preview.isLoading());
+    QVERIFY(loaded.wait(10000));
+    QVERIFY(preview.renderedPreview());
+    preview.setItem(fixture("photo_gps.jpg"), "photo.fill", false);
+    QVERIFY(!preview.isLoading());
+    QVERIFY(preview.renderedPreview());
+
+    // Another item starts over, and a folder shows its icon.
+    preview.setItem(fixture("notes.txt"), "doc.text.fill", false);
+    QVERIFY(!preview.renderedPreview());
+    QVERIFY(loaded.wait(10000));
+    QVERIFY(!preview.renderedPreview());
+    QCOMPARE(preview.fallbackSymbol(), std::string("doc.text.fill"));
+    preview.setItem(std::filesystem::path(LUMENSCRIBE_APP_FIXTURES_DIR), "folder.fill", true);
+    QVERIFY(!preview.renderedPreview());
+    QCOMPARE(preview.loadedUrl(), std::optional(std::filesystem::path(LUMENSCRIBE_APP_FIXTURES_DIR)));
+  }
+};
+
+QTEST_MAIN(PreviewLoaderTest)
+#include "preview_loader_test.moc"

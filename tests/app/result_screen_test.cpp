@@ -1,0 +1,233 @@
+// SPDX-FileCopyrightText: 2026 Lumenscribe Project
+// SPDX-License-Identifier: MIT
+// The result screen drawn from results built by hand, for the cases no fixture produces
+// yet (camera and video sections, container inventories, doubtful health, many findings).
+#include <QApplication>
+#include <QLabel>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QtTest>
+
+#include "app/pills.h"
+#include "app/privacy_card.h"
+#include "app/raw_metadata_block.h"
+#include "app/result_screen.h"
+#include "app/section_card.h"
+#include "app_test_support.h"
+
+using namespace lumenscribe;
+using namespace lumenscribe::app;
+using lumenscribe::app::testing::section;
+
+namespace {
+
+LumenscribeResult resultWith(std::vector<InsightSection> sections,
+                             std::vector<PrivacyFinding> findings = {},
+                             RawMetadata raw = {}) {
+  std::vector<std::string> items;
+  std::int64_t count = 0;
+  for (const InsightSection& s : sections) {
+    items.push_back(s.title);
+    count += static_cast<std::int64_t>(s.rows.size());
+  }
+  if (findings.empty()) {
+    findings.emplace_back("No obvious high-interest metadata found", "Nothing.", PrivacyLevel::neutral);
+  }
+  return LumenscribeResult("/tmp/made-by-hand.jpg", "made-by-hand.jpg", "JPEG image", count, items,
+                           std::move(sections), std::move(findings), std::move(raw));
+}
+
+InsightSection cameraSection() {
+  return section("Camera", "camera.fill",
+                 {{"Exposure Program", "Aperture priority"}, {"Camera", "FX-100"},
+                  {"Make", "Fixture Optics"}, {"Metering Mode", "Pattern"}, {"ISO", "100"},
+                  {"Flash", "Off"}, {"Captured", "Jun 1, 2024"}});
+}
+
+QStringList texts(const QList<PillButton*>& pills) {
+  QStringList result;
+  for (const PillButton* pill : pills) result << pill->text();
+  return result;
+}
+
+}  // namespace
+
+class ResultScreenTest : public QObject {
+  Q_OBJECT
+
+ private slots:
+  void sectionsKeepTheResultsOrderUnderTheirAnchors() {
+    ResultScreen screen;
+    screen.resize(960, 700);
+    screen.showResult(resultWith({section("File", "doc.fill", {{"Name", "a"}}),
+                                  section("Identity & Integrity", "fingerprint",
+                                          {{"SHA-256", "ab12"}, {"Owner", "me"}}),
+                                  section("Software / Tools", "no.such.symbol", {{"Software", "x"}})}),
+                      {});
+    QStringList anchors;
+    for (const SectionCard* card : screen.sectionCards()) anchors << card->objectName();
+    QCOMPARE(anchors, (QStringList{"section-file", "section-identity-and-integrity",
+                                   "section-software---tools"}));
+    // The fingerprint row reads as in the report; the other labels are unchanged.
+    QCOMPARE(screen.sectionCard("Identity & Integrity")->visibleRowLabels(),
+             (QStringList{"Digital Fingerprint (SHA-256)", "Owner"}));
+    QCOMPARE(texts(screen.summaryPills()),
+             (QStringList{"File", "Identity & Integrity", "Software / Tools"}));
+    QCOMPARE(screen.summaryPills().at(1)->toolTip(), QStringLiteral("Jump to Identity & Integrity"));
+    QVERIFY(screen.anchorWidget("pageTop"));
+    QVERIFY(screen.anchorWidget("sharingPrivacy"));
+  }
+
+  void cameraAndVideoShowTheirEssentialsUntilExpanded() {
+    ResultScreen screen;
+    const InsightSection video =
+        section("Video", "film.fill",
+                {{"Bit Rate", "4 Mbps"}, {"Duration", "0:10"}, {"Codec", "avc1"},
+                 {"Color Primaries", "bt709"}, {"Video Tracks", "1"}, {"Audio Tracks", "0"}});
+    screen.showResult(resultWith({cameraSection(), video}), {});
+    SectionCard* camera = screen.sectionCard("Camera");
+    QCOMPARE(camera->visibleRowLabels(), (QStringList{"Camera", "Make", "ISO", "Captured"}));
+    QCOMPARE(camera->captionLabel()->text(), QStringLiteral("Camera essentials"));
+    QCOMPARE(camera->detailButton()->text(), QStringLiteral("Dive Deeper"));
+    QCOMPARE(camera->detailButton()->toolTip(), QStringLiteral("Reveal deeper camera metadata"));
+
+    QSignalSpy toggled(&screen, &ResultScreen::detailsToggleRequested);
+    QTest::mouseClick(camera->detailButton(), Qt::LeftButton);
+    QCOMPARE(toggled.count(), 1);
+    QCOMPARE(toggled.at(0).at(0).value<DetailKind>(), DetailKind::camera);
+    // The window answers by expanding the camera card only.
+    screen.setDetailsShown(DetailKind::camera, true);
+    QCOMPARE(camera->visibleRowLabels(), (QStringList{"Camera", "Make", "ISO", "Captured",
+                                                      "Exposure Program", "Metering Mode", "Flash"}));
+    QCOMPARE(camera->captionLabel()->text(), QStringLiteral("Full EXIF view"));
+    QCOMPARE(camera->detailButton()->text(), QStringLiteral("Show Less"));
+    QCOMPARE(camera->detailButton()->toolTip(), QStringLiteral("Hide deeper camera metadata"));
+
+    SectionCard* videoCard = screen.sectionCard("Video");
+    QCOMPARE(videoCard->visibleRowLabels(),
+             (QStringList{"Duration", "Codec", "Video Tracks", "Audio Tracks"}));
+    QCOMPARE(videoCard->captionLabel()->text(), QStringLiteral("Video essentials"));
+    QCOMPARE(videoCard->detailButton()->toolTip(), QStringLiteral("Reveal deeper video metadata"));
+    screen.setDetailsShown(DetailKind::video, true);
+    QCOMPARE(videoCard->captionLabel()->text(), QStringLiteral("Full stream view"));
+    QCOMPARE(videoCard->detailButton()->toolTip(), QStringLiteral("Hide deeper video metadata"));
+    QCOMPARE(videoCard->visibleRowLabels().size(), 6);
+  }
+
+  void inspectFurtherIsOfferedOnlyForDoubtfulHealth() {
+    const auto health = [](const char* assessment) {
+      return section("File Health", "stethoscope",
+                     {{"Assessment", assessment}, {"Readable", "Yes"}, {"Image Structure", "Decode failed"}});
+    };
+    ResultScreen screen;
+    screen.showResult(resultWith({health("Looks intact")}), {});
+    QVERIFY(!screen.sectionCard("File Health")->inspectFurtherButton());
+
+    screen.showResult(resultWith({health("Possible damage")}), {});
+    PillButton* button = screen.sectionCard("File Health")->inspectFurtherButton();
+    QVERIFY(button);
+    QCOMPARE(button->text(), QStringLiteral("Inspect Further"));
+    QCOMPARE(button->toolTip(),
+             QStringLiteral("Explain what Lumenscribe found and why the health check is uncertain"));
+    std::vector<InsightSection> requested;
+    connect(&screen, &ResultScreen::inspectFurtherRequested, this,
+            [&requested](const InsightSection& asked) { requested.push_back(asked); });
+    QTest::mouseClick(button, Qt::LeftButton);
+    QCOMPARE(requested.size(), std::size_t{1});
+    QCOMPARE(requested.front().rows.front().value, "Possible damage");
+
+    // A section of another title never offers it, whatever its rows say.
+    screen.showResult(resultWith({section("Other", "doc.fill", {{"Assessment", "Possible damage"}})}), {});
+    QVERIFY(!screen.sectionCard("Other")->inspectFurtherButton());
+  }
+
+  void severityPillsAndPrivacyCountsFollowTheFindings() {
+    ResultScreen screen;
+    screen.resize(960, 700);
+    screen.showResult(
+        resultWith({section("Location", "location.fill", {{"Latitude", "48.8584"}})},
+                   {PrivacyFinding("Location data is embedded", "GPS.", PrivacyLevel::notice),
+                    PrivacyFinding("Camera details are visible", "Body.", PrivacyLevel::notice)}),
+        {});
+    const QList<PillButton*> pills = screen.severityPills();
+    QCOMPARE(texts(pills), (QStringList{"Info", "Caution", "Warning"}));
+    QCOMPARE(pills[0]->toolTip(), QStringLiteral("No info findings"));
+    QCOMPARE(pills[1]->toolTip(), QStringLiteral("Jump to Sharing & Privacy"));
+    QCOMPARE(pills[2]->toolTip(), QStringLiteral("No warning findings"));
+    QVERIFY(pills[0]->isMuted() && !pills[1]->isMuted() && pills[2]->isMuted());
+    QCOMPARE(screen.verdictLabel()->text(), QStringLiteral("Review suggested"));
+    QCOMPARE(screen.privacyCard()->countTexts(), QStringList{"2 CAUTION"});
+    QCOMPARE(screen.privacyCard()->findingBadges(), (QStringList{"CAUTION", "CAUTION"}));
+
+    screen.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&screen));
+    QScrollBar* bar = screen.scrollArea()->verticalScrollBar();
+    QTest::mouseClick(pills[1], Qt::LeftButton);
+    QTRY_VERIFY(bar->value() > 0);
+    QTRY_COMPARE(bar->value(), qMin(bar->maximum(), screen.privacyCard()->mapTo(screen.scrollArea()->widget(), QPoint()).y() - 12));
+    // A muted pill goes nowhere.
+    screen.scrollToAnchor("pageTop", false);
+    QTest::mouseClick(pills[2], Qt::LeftButton);
+    QTest::qWait(350);
+    QCOMPARE(bar->value(), 0);
+  }
+
+  void containerCountsAreAlsoShownAsTiles() {
+    ResultScreen screen;
+    screen.showResult(resultWith({section("Safe Inspection", "checkmark.shield.fill",
+                                          {{"Hidden Items", "2"}, {"Total Items", "9"}, {"Images", "4"},
+                                           {"Double Extensions", "1"}})}),
+                      {});
+    QWidget* tiles = screen.sectionCard("Safe Inspection")->findChild<QWidget*>("containerHighlights");
+    QVERIFY(tiles);
+    QStringList shown;
+    for (const QLabel* label : tiles->findChildren<QLabel*>()) shown << label->text();
+    QCOMPARE(shown, (QStringList{"2", "Hidden Items", "4", "Images", "1", "Double Extensions"}));
+    screen.showResult(resultWith({section("File", "doc.fill", {{"Name", "x"}})}), {});
+    QVERIFY(!screen.sectionCard("File")->findChild<QWidget*>("containerHighlights"));
+  }
+
+  void longValuesWrapInsteadOfWideningTheScreen() {
+    ResultScreen screen;
+    screen.resize(960, 700);
+    const std::string unbroken(700, 'f');
+    const std::string path = "/home/someone/" + std::string(40, 'x') + "/" + std::string(60, 'y') + ".jpg";
+    RawMetadata raw;
+    for (int i = 0; i < 150; ++i) raw["Key " + std::to_string(1000 + i)] = std::string(i * 3, 'v');
+    screen.showResult(resultWith({section("File", "doc.fill", {{"Path", path}, {"Blob", unbroken}})},
+                                 {}, raw),
+                      {});
+    screen.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&screen));
+    screen.setRawMetadataShown(true);
+    QApplication::processEvents();
+    QWidget* content = screen.scrollArea()->widget();
+    QVERIFY2(content->width() <= screen.scrollArea()->viewport()->width(),
+             qPrintable(QStringLiteral("content %1 wider than viewport %2")
+                            .arg(content->width())
+                            .arg(screen.scrollArea()->viewport()->width())));
+    const RawMetadataList* list = screen.rawMetadataBlock()->list();
+    QVERIFY(list);
+    QCOMPARE(list->entryCount(), 150);
+    QCOMPARE(list->entry(0).first, QStringLiteral("Key 1000"));
+    QVERIFY(list->height() > 150 * 10);
+  }
+
+  void rawMetadataSaysSoWhenThereIsNone() {
+    ResultScreen screen;
+    screen.showResult(resultWith({section("File", "doc.fill", {{"Name", "x"}})}), {});
+    RawMetadataBlock* block = screen.rawMetadataBlock();
+    QVERIFY(!block->isExpanded());
+    QSignalSpy toggled(&screen, &ResultScreen::rawMetadataToggleRequested);
+    QTest::mouseClick(block->findChild<QAbstractButton*>("rawMetadataHeader"), Qt::LeftButton);
+    QCOMPARE(toggled.count(), 1);
+    QVERIFY(!block->isExpanded());  // only the window's answer expands it
+    screen.setRawMetadataShown(true);
+    QVERIFY(block->emptyNote());
+    QCOMPARE(block->emptyNote()->text(), QStringLiteral("No additional metadata was found."));
+    QVERIFY(!block->list());
+  }
+};
+
+QTEST_MAIN(ResultScreenTest)
+#include "result_screen_test.moc"

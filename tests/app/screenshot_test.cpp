@@ -1,0 +1,113 @@
+// SPDX-FileCopyrightText: 2026 Lumenscribe Project
+// SPDX-License-Identifier: MIT
+// Renders the window's screens into PNG files under the build folder for a reviewer to look
+// at: the drop screen, a GPS photo's result screen (as seen and in full length), the same in
+// a dark palette, and the About window.
+#include <QApplication>
+#include <QDir>
+#include <QScrollArea>
+#include <QStyle>
+#include <QStyleFactory>
+#include <QtTest>
+
+#include "app/about_window.h"
+#include "app/lumenscribe_app.h"
+#include "app/preview_loader.h"
+#include "app/raw_metadata_block.h"
+#include "app/result_screen.h"
+#include "app/section_card.h"
+#include "app_test_support.h"
+
+using namespace lumenscribe::app;
+using lumenscribe::app::testing::fixture;
+using lumenscribe::app::testing::inspectAndWait;
+
+namespace {
+
+QString screenshotPath(const char* name) {
+  QDir().mkpath(QStringLiteral(LUMENSCRIBE_SCREENSHOT_DIR));
+  return QStringLiteral(LUMENSCRIBE_SCREENSHOT_DIR "/%1.png").arg(QLatin1String(name));
+}
+
+// A picture of one colour means nothing was drawn.
+bool hasContent(const QImage& image) {
+  if (image.isNull()) return false;
+  const QRgb first = image.pixel(0, 0);
+  for (int y = 0; y < image.height(); y += 7) {
+    for (int x = 0; x < image.width(); x += 7) {
+      if (image.pixel(x, y) != first) return true;
+    }
+  }
+  return false;
+}
+
+void save(QWidget* widget, const char* name) {
+  const QImage image = widget->grab().toImage();
+  QVERIFY(hasContent(image));
+  QVERIFY(image.save(screenshotPath(name)));
+}
+
+QPalette darkPalette() {
+  QPalette dark;
+  dark.setColor(QPalette::Window, QColor(0x1f, 0x20, 0x24));
+  dark.setColor(QPalette::WindowText, QColor(0xe8, 0xe8, 0xea));
+  dark.setColor(QPalette::Base, QColor(0x2a, 0x2b, 0x30));
+  dark.setColor(QPalette::AlternateBase, QColor(0x32, 0x33, 0x39));
+  dark.setColor(QPalette::Text, QColor(0xe8, 0xe8, 0xea));
+  dark.setColor(QPalette::Button, QColor(0x33, 0x34, 0x3a));
+  dark.setColor(QPalette::ButtonText, QColor(0xe8, 0xe8, 0xea));
+  dark.setColor(QPalette::Highlight, QColor(0x3d, 0x8b, 0xff));
+  dark.setColor(QPalette::HighlightedText, Qt::white);
+  dark.setColor(QPalette::PlaceholderText, QColor(0x9a, 0x9b, 0xa3));
+  dark.setColor(QPalette::ToolTipBase, QColor(0x33, 0x34, 0x3a));
+  dark.setColor(QPalette::ToolTipText, QColor(0xe8, 0xe8, 0xea));
+  dark.setColor(QPalette::Disabled, QPalette::ButtonText, QColor(0x70, 0x71, 0x78));
+  dark.setColor(QPalette::Disabled, QPalette::WindowText, QColor(0x70, 0x71, 0x78));
+  return dark;
+}
+
+}  // namespace
+
+class ScreenshotTest : public QObject {
+  Q_OBJECT
+
+ private slots:
+  void initTestCase() { QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion"))); }
+
+  void screens() {
+    LumenscribeApp app;
+    MainWindow* window = app.mainWindow();
+    window->resize(1040, 820);
+    window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(window));
+    save(window, "drop-screen");
+
+    ContentView* view = window->contentView();
+    QVERIFY(inspectAndWait(*view, fixture("photo_gps.jpg")));
+    QVERIFY(view->state().result.has_value());
+    ResultScreen* screen = view->resultScreen();
+    QTRY_VERIFY(screen->preview()->renderedPreview().has_value());
+    save(window, "result-screen");
+
+    // The whole result, top to bottom, with the raw metadata open.
+    screen->rawMetadataBlock()->setExpanded(true);
+    QWidget* content = screen->scrollArea()->widget();
+    content->adjustSize();
+    QApplication::processEvents();
+    save(content, "result-full");
+
+    QApplication::setPalette(darkPalette());
+    QTest::qWait(50);
+    QTRY_VERIFY(!screen->sectionCards().isEmpty() && screen->sectionCards().front()->isVisible());
+    screen->scrollToAnchor(QStringLiteral("pageTop"), false);
+    save(window, "result-screen-dark");
+    QApplication::setPalette(QApplication::style()->standardPalette());
+
+    app.showAboutWindow();
+    QVERIFY(QTest::qWaitForWindowExposed(app.aboutWindow()));
+    save(app.aboutWindow(), "about-window");
+  }
+};
+
+QTEST_MAIN(ScreenshotTest)
+#include "screenshot_test.moc"
