@@ -21,142 +21,85 @@ std::string fixture(const std::string& name) {
   return {std::istreambuf_iterator<char>(in), {}};
 }
 
-std::vector<std::pair<std::string, std::string>> rowsOf(const InsightSection& section) {
+std::vector<std::pair<std::string, std::string>> rowsOf(const Accumulators& accumulators) {
   std::vector<std::pair<std::string, std::string>> rows;
-  for (const auto& row : section.rows) rows.emplace_back(row.label, row.value);
+  for (const auto& row : accumulators.sections.at(0).rows) rows.emplace_back(row.label, row.value);
   return rows;
 }
 
-// Each file is inspected with the platform type the driver would pass: the desktop's type
-// for the file, which follows its name.
-TEST(TypeVerification, comparesNameTypeAndContent) {
+// Inspected with the platform type the driver passes: the desktop's type, from the name.
+Accumulators verify(const std::filesystem::path& file) {
+  Accumulators accumulators;
+  verifyFileType(file, platform::contentTypeForFile(file), accumulators);
+  return accumulators;
+}
+
+TEST(TypeVerification, renamedFileIsAMismatchWithEveryRowRawEntryAndWarning) {
+  TempDir dir;
+  const Accumulators renamed = verify(dir.write("report.pdf", fixture("intact.zip")));
+  EXPECT_EQ(renamed.sections.at(0).title, "Type Verification");
+  EXPECT_EQ(renamed.sections.at(0).systemImage, "exclamationmark.triangle.fill");
+  EXPECT_EQ(rowsOf(renamed), (std::vector<std::pair<std::string, std::string>>{
+                                 {"Filename Extension", ".pdf"},
+                                 {"Extension Suggests", "PDF document"},
+                                 {"macOS Type", "PDF document"},
+                                 {"Content Signature", "ZIP archive"},
+                                 {"Type Match", "Mismatch detected"}}));
+  EXPECT_EQ(renamed.rawMetadata,
+            (RawMetadata{{"Type Verification Extension", "pdf"},
+                         {"Type Verification Expected Type", "application/pdf"},
+                         {"Type Verification macOS Type", "application/pdf"},
+                         {"Type Verification Signature", "ZIP archive"},
+                         {"Type Verification Result", "Mismatch detected"}}));
+  EXPECT_EQ(renamed.summaryItems, std::vector<std::string>{"Type Verification"});
+  ASSERT_EQ(renamed.findings.size(), 1u);
+  EXPECT_EQ(renamed.findings[0].title, "File type does not match its name");
+  EXPECT_EQ(renamed.findings[0].detail,
+            "The filename extension suggests one kind of file, but Lumenscribe detected content "
+            "consistent with another type. Treat the file cautiously until you know why it was "
+            "renamed or mislabeled.");
+  EXPECT_EQ(renamed.findings[0].level, PrivacyLevel::sensitive);
+
+  const Accumulators honest = verify(dir.write("photo.JPG", fixture("intact.jpg")));
+  EXPECT_EQ(honest.sections.at(0).systemImage, "checkmark.seal.fill");
+  EXPECT_EQ(rowsOf(honest).front().second, ".jpg");
+  EXPECT_EQ(honest.rawMetadata.at("Type Verification Extension"), "jpg");
+  EXPECT_EQ(honest.rawMetadata.at("Type Verification Result"), "No obvious mismatch");
+  EXPECT_TRUE(honest.findings.empty());
+}
+
+TEST(TypeVerification, onlyAContentCategoryTheClaimedTypeLacksIsAMismatch) {
   TempDir dir;
   struct Case {
-    std::string name;
+    const char* name;
     std::string content;
-    std::vector<std::pair<std::string, std::string>> rows;
-    std::string rawExtension, rawExpected, rawPlatform, rawSignature;
+    const char* signature;  // raw "Type Verification Signature"
+    const char* expected;   // raw "Type Verification Expected Type"
     bool mismatch;
   };
   const Case cases[] = {
-      {"photo.JPG",
-       fixture("intact.jpg"),
-       {{"Filename Extension", ".jpg"},
-        {"Extension Suggests", "JPEG image"},
-        {"macOS Type", "JPEG image"},
-        {"Content Signature", "JPEG image"},
-        {"Type Match", "No obvious mismatch"}},
-       "jpg",
-       "image/jpeg",
-       "image/jpeg",
-       "JPEG image",
-       false},
-      // Both are images: a PNG behind a jpg name is no mismatch.
-      {"picture.jpg",
-       fixture("intact.png"),
-       {{"Filename Extension", ".jpg"},
-        {"Extension Suggests", "JPEG image"},
-        {"macOS Type", "JPEG image"},
-        {"Content Signature", "PNG image"},
-        {"Type Match", "No obvious mismatch"}},
-       "jpg",
-       "image/jpeg",
-       "image/jpeg",
-       "PNG image",
-       false},
-      {"report.pdf",
-       fixture("intact.zip"),
-       {{"Filename Extension", ".pdf"},
-        {"Extension Suggests", "PDF document"},
-        {"macOS Type", "PDF document"},
-        {"Content Signature", "ZIP archive"},
-        {"Type Match", "Mismatch detected"}},
-       "pdf",
-       "application/pdf",
-       "application/pdf",
-       "ZIP archive",
-       true},
-      {"notes.txt",
-       fixture("intact.png"),
-       {{"Filename Extension", ".txt"},
-        {"Extension Suggests", "plain text document"},
-        {"macOS Type", "plain text document"},
-        {"Content Signature", "PNG image"},
-        {"Type Match", "Mismatch detected"}},
-       "txt",
-       "text/plain",
-       "text/plain",
-       "PNG image",
-       true},
-      {"archive.zip",
-       "Just words in a file that claims to be an archive.\n",
-       {{"Filename Extension", ".zip"},
-        {"Extension Suggests", "Zip archive"},
-        {"macOS Type", "Zip archive"},
-        {"Content Signature", "Plain text"},
-        {"Type Match", "Mismatch detected"}},
-       "zip",
-       "application/zip",
-       "application/zip",
-       "Plain text",
-       true},
-      // UTF-8 prose that fails the printable ratio has no signature, so no mismatch.
-      {"notes2.txt",
-       std::string(40, 'x') + std::string(10, '\xC3'),
-       {{"Filename Extension", ".txt"},
-        {"Extension Suggests", "plain text document"},
-        {"macOS Type", "plain text document"},
-        {"Content Signature", "No known signature detected"},
-        {"Type Match", "No obvious mismatch"}},
-       "txt",
-       "text/plain",
-       "text/plain",
-       "Unknown",
-       false},
+      {"picture.jpg", fixture("intact.png"), "PNG image", "image/jpeg", false},  // both images
+      {"notes.txt", fixture("intact.png"), "PNG image", "text/plain", true},
+      {"archive.zip", "Just words, not an archive.\n", "Plain text", "application/zip", true},
+      {"photo.jpg", "A note, not a photograph.\n", "Plain text", "image/jpeg", true},
+      // Prose that fails the printable ratio has no signature, so it raises nothing.
+      {"prose.txt", std::string(40, 'x') + std::string(10, '\xC3'), "Unknown", "text/plain", false},
       // An extension the database does not know claims nothing.
-      {"data.qqqzz",
-       fixture("intact.png"),
-       {{"Filename Extension", ".qqqzz"},
-        {"macOS Type", "PNG image"},
-        {"Content Signature", "PNG image"},
-        {"Type Match", "No obvious mismatch"}},
-       "qqqzz",
-       "Unknown",
-       "image/png",
-       "PNG image",
-       false},
+      {"data.qqqzz", fixture("intact.png"), "PNG image", "Unknown", false},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
-    const auto file = dir.write(c.name, c.content);
-    Accumulators accumulators;
-    verifyFileType(file, platform::contentTypeForFile(file), accumulators);
-
-    ASSERT_EQ(accumulators.sections.size(), 1u);
-    const InsightSection& section = accumulators.sections[0];
-    EXPECT_EQ(section.title, "Type Verification");
-    EXPECT_EQ(section.systemImage,
-              c.mismatch ? "exclamationmark.triangle.fill" : "checkmark.seal.fill");
-    EXPECT_EQ(rowsOf(section), c.rows);
-    EXPECT_EQ(accumulators.summaryItems, std::vector<std::string>{"Type Verification"});
-    const RawMetadata raw = {
-        {"Type Verification Extension", c.rawExtension},
-        {"Type Verification Expected Type", c.rawExpected},
-        {"Type Verification macOS Type", c.rawPlatform},
-        {"Type Verification Signature", c.rawSignature},
-        {"Type Verification Result", c.mismatch ? "Mismatch detected" : "No obvious mismatch"}};
-    EXPECT_EQ(accumulators.rawMetadata, raw);
-    if (c.mismatch) {
-      ASSERT_EQ(accumulators.findings.size(), 1u);
-      EXPECT_EQ(accumulators.findings[0].title, "File type does not match its name");
-      EXPECT_EQ(accumulators.findings[0].detail,
-                "The filename extension suggests one kind of file, but Lumenscribe detected "
-                "content consistent with another type. Treat the file cautiously until you know "
-                "why it was renamed or mislabeled.");
-      EXPECT_EQ(accumulators.findings[0].level, PrivacyLevel::sensitive);
-    } else {
-      EXPECT_TRUE(accumulators.findings.empty());
-    }
+    const Accumulators result = verify(dir.write(c.name, c.content));
+    EXPECT_EQ(result.rawMetadata.at("Type Verification Signature"), c.signature);
+    EXPECT_EQ(result.rawMetadata.at("Type Verification Expected Type"), c.expected);
+    EXPECT_EQ(result.rawMetadata.at("Type Verification Result"),
+              c.mismatch ? "Mismatch detected" : "No obvious mismatch");
+    EXPECT_EQ(result.findings.size(), c.mismatch ? 1u : 0u);
+    const auto rows = rowsOf(result);
+    const bool suggests = std::any_of(rows.begin(), rows.end(), [](const auto& row) {
+      return row.first == "Extension Suggests";
+    });
+    EXPECT_EQ(suggests, std::string(c.expected) != "Unknown");
   }
 }
 
@@ -187,9 +130,9 @@ TEST(TypeVerification, platformTypeCanClearASuspicionButNeverRaiseOne) {
               c.mismatch ? "Mismatch detected" : "No obvious mismatch");
     EXPECT_EQ(accumulators.rawMetadata["Type Verification macOS Type"],
               c.platformType ? c.platformType->identifier() : "Unknown");
+    const auto rows = rowsOf(accumulators);
     const bool hasPlatformRow = std::any_of(
-        accumulators.sections.at(0).rows.begin(), accumulators.sections.at(0).rows.end(),
-        [](const InsightRow& row) { return row.label == "macOS Type"; });
+        rows.begin(), rows.end(), [](const auto& row) { return row.first == "macOS Type"; });
     EXPECT_EQ(hasPlatformRow, c.platformType.has_value());
   }
 }
@@ -198,7 +141,7 @@ TEST(TypeVerification, nameWithoutExtensionGetsANoteOnlyForAKnownFormat) {
   TempDir dir;
   Accumulators readme;
   verifyFileType(dir.write("README", "Build with cmake.\n"), std::nullopt, readme);
-  EXPECT_EQ(readme.sections.at(0).rows.front().value, "None");
+  EXPECT_EQ(rowsOf(readme).front().second, "None");
   EXPECT_EQ(readme.rawMetadata["Type Verification Extension"], "");
   EXPECT_EQ(readme.rawMetadata["Type Verification Expected Type"], "Unknown");
   ASSERT_EQ(readme.findings.size(), 1u);
@@ -212,7 +155,7 @@ TEST(TypeVerification, nameWithoutExtensionGetsANoteOnlyForAKnownFormat) {
   verifyFileType(dir.write("blob", std::string(32, '\x01')), std::nullopt, unknown);
   EXPECT_TRUE(unknown.findings.empty());
   EXPECT_EQ(unknown.rawMetadata["Type Verification Signature"], "Unknown");
-  EXPECT_EQ(unknown.sections.at(0).rows.at(1).value, "No known signature detected");
+  EXPECT_EQ(rowsOf(unknown).at(1).second, "No known signature detected");
 }
 
 }  // namespace
