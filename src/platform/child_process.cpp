@@ -138,6 +138,9 @@ std::optional<ChildResult> runChildProcess(const std::filesystem::path& executab
 
   ChildResult result;
   drain(readEnd.get(), outputCap, result);
+  // Closed before waiting: should draining have stopped early, a child still writing gets
+  // SIGPIPE instead of blocking on a full pipe while we wait for it.
+  readEnd = UniqueFd();
   const auto status = child.wait();
   if (!status) return std::nullopt;
   if (WIFEXITED(*status)) result.exitStatus = WEXITSTATUS(*status);

@@ -48,11 +48,11 @@ const CodecTable* codecTable() {
   return table;
 }
 
-// Without the module there is nothing to decode with: the answers are those for a file
-// that no decoder could open.
+// Without the module there is nothing to decode with: an image then cannot be verified,
+// which says nothing about damage, and a PDF reads as one that did not open.
 ImageDecodeStatus decodeImageStatus(const std::filesystem::path& path) {
   const CodecTable* table = codecTable();
-  return table ? table->decodeImageStatus(path) : ImageDecodeStatus::cannotOpen;
+  return table ? table->decodeImageStatus(path) : ImageDecodeStatus::unknownImageType;
 }
 
 bool initialiseVips() {

@@ -11,7 +11,8 @@
 namespace lumenscribe {
 
 /// One line of JSON for a result: id, url, path, displayName, typeDescription,
-/// summaryCount, summaryItems, sections, privacyFindings, rawMetadata, verdict, counts.
+/// summaryCount, summaryItems, sections, privacyFindings, rawMetadata, verdict, counts, and
+/// healthExplanation when the file's health is uncertain.
 /// Front ends and tests rely on this shape.
 std::string resultJson(const LumenscribeResult& result);
 
