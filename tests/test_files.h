@@ -34,7 +34,8 @@ class TempDir {
   /// Writes `content` to a file named `name` inside the directory and returns its path.
   std::filesystem::path write(std::string_view name, std::string_view content) const {
     const auto file = path_ / std::string(name);
-    std::ofstream(file, std::ios::binary).write(content.data(), static_cast<std::streamsize>(content.size()));
+    std::ofstream(file, std::ios::binary)
+        .write(content.data(), static_cast<std::streamsize>(content.size()));
     return file;
   }
 

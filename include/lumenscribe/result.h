@@ -86,9 +86,9 @@ using RawMetadata = std::map<std::string, std::string>;
 
 /// The outcome of inspecting one item. A plain value, built once by FileInspector.
 struct LumenscribeResult {
-  LumenscribeResult(std::filesystem::path url, std::string displayName,
-                    std::string typeDescription, std::int64_t summaryCount,
-                    std::vector<std::string> summaryItems, std::vector<InsightSection> sections,
+  LumenscribeResult(std::filesystem::path url, std::string displayName, std::string typeDescription,
+                    std::int64_t summaryCount, std::vector<std::string> summaryItems,
+                    std::vector<InsightSection> sections,
                     std::vector<PrivacyFinding> privacyFindings, RawMetadata rawMetadata);
 
   Uuid id;

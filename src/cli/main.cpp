@@ -33,7 +33,8 @@ void write(std::FILE* stream, const std::string& text) {
 
 int main(int argc, char** argv) {
   using namespace lumenscribe;
-  const cli::CommandLine line = cli::parseCommandLine(std::vector<std::string>(argv + 1, argv + argc));
+  const cli::CommandLine line =
+      cli::parseCommandLine(std::vector<std::string>(argv + 1, argv + argc));
   if (!line.error.empty()) {
     write(stderr, "lumenscribe-cli: " + line.error + "\n" + cli::kUsage + "\n");
     return 2;

@@ -34,17 +34,39 @@ constexpr std::array<std::string_view, 18> kArchiveTypes = {
 };
 
 constexpr std::array<std::string_view, 33> kSourceCodeTypes = {
-    "text/x-c",           "text/x-c++src",         "text/x-csrc",
-    "text/x-chdr",        "text/x-c++hdr",         "text/x-python",
-    "text/x-python3",     "application/javascript", "text/javascript",
-    "text/x-java",        "text/rust",             "text/x-rust",
-    "text/x-go",          "text/x-kotlin",         "text/x-swift",
-    "text/x-objcsrc",     "application/x-php",     "text/x-php",
-    "application/x-ruby", "text/x-ruby",           "application/x-perl",
-    "text/x-perl",        "application/x-shellscript", "text/x-shellscript",
-    "application/sql",    "text/x-sql",            "text/x-csharp",
-    "text/x-scala",       "text/x-haskell",        "text/x-lua",
-    "text/x-pascal",      "text/x-fortran",        "text/x-cmake",
+    "text/x-c",
+    "text/x-c++src",
+    "text/x-csrc",
+    "text/x-chdr",
+    "text/x-c++hdr",
+    "text/x-python",
+    "text/x-python3",
+    "application/javascript",
+    "text/javascript",
+    "text/x-java",
+    "text/rust",
+    "text/x-rust",
+    "text/x-go",
+    "text/x-kotlin",
+    "text/x-swift",
+    "text/x-objcsrc",
+    "application/x-php",
+    "text/x-php",
+    "application/x-ruby",
+    "text/x-ruby",
+    "application/x-perl",
+    "text/x-perl",
+    "application/x-shellscript",
+    "text/x-shellscript",
+    "application/sql",
+    "text/x-sql",
+    "text/x-csharp",
+    "text/x-scala",
+    "text/x-haskell",
+    "text/x-lua",
+    "text/x-pascal",
+    "text/x-fortran",
+    "text/x-cmake",
 };
 
 bool hasPrefix(std::string_view text, std::string_view prefix) {
@@ -79,12 +101,10 @@ bool ContentType::conformsTo(std::string_view identifier) const {
 
 bool ContentType::conformsTo(AbstractType type) const {
   switch (type) {
-    case AbstractType::data:
-      return !hasPrefix(identifier_, "inode/");
+    case AbstractType::data: return !hasPrefix(identifier_, "inode/");
     case AbstractType::image:
       return anyInTree(*this, [](std::string_view name) { return hasPrefix(name, "image/"); });
-    case AbstractType::pdf:
-      return conformsTo("application/pdf");
+    case AbstractType::pdf: return conformsTo("application/pdf");
     case AbstractType::audio:
       return anyInTree(*this, [](std::string_view name) { return hasPrefix(name, "audio/"); });
     case AbstractType::movie:
@@ -93,14 +113,10 @@ bool ContentType::conformsTo(AbstractType type) const {
       return anyInTree(*this, [](std::string_view name) {
         return hasPrefix(name, "video/") || memberOf(kVideoOutsideVideoTree)(name);
       });
-    case AbstractType::archive:
-      return anyInTree(*this, memberOf(kArchiveTypes));
-    case AbstractType::text:
-      return conformsTo("text/plain");
-    case AbstractType::plainText:
-      return identifier_ == "text/plain";
-    case AbstractType::sourceCode:
-      return anyInTree(*this, memberOf(kSourceCodeTypes));
+    case AbstractType::archive: return anyInTree(*this, memberOf(kArchiveTypes));
+    case AbstractType::text: return conformsTo("text/plain");
+    case AbstractType::plainText: return identifier_ == "text/plain";
+    case AbstractType::sourceCode: return anyInTree(*this, memberOf(kSourceCodeTypes));
   }
   return false;
 }

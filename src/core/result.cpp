@@ -3,8 +3,8 @@
 #include "lumenscribe/result.h"
 
 #include <cstdio>
-#include <span>
 #include <functional>
+#include <span>
 
 #include "platform/random.h"
 
@@ -109,8 +109,7 @@ class FileInspectionCategory final : public std::error_category {
     switch (static_cast<FileInspectionError>(condition)) {
       case FileInspectionError::unsupportedFile:
         return "Lumenscribe could not inspect this file yet.";
-      case FileInspectionError::unreadableFile:
-        return "Lumenscribe could not read this file.";
+      case FileInspectionError::unreadableFile: return "Lumenscribe could not read this file.";
     }
     return "Lumenscribe could not inspect this file yet.";
   }

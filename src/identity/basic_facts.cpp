@@ -13,7 +13,8 @@ std::vector<InsightRow> basicFileFacts(const std::filesystem::path& url, const I
   rows.emplace_back("Type", facts.contentType ? facts.contentType->describe() : "Unknown");
   if (facts.fileSize) rows.emplace_back("Size", byteCountText(*facts.fileSize));
   if (facts.creationDate) rows.emplace_back("Created", mediumDateText(*facts.creationDate));
-  if (facts.modificationDate) rows.emplace_back("Modified", mediumDateText(*facts.modificationDate));
+  if (facts.modificationDate)
+    rows.emplace_back("Modified", mediumDateText(*facts.modificationDate));
   if (facts.isDirectory) {
     rows.emplace_back("Container Type", facts.isPackage ? "macOS Package" : "Folder");
   } else {

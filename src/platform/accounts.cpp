@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: MIT
 #include "platform/accounts.h"
 
-#include <cerrno>
 #include <grp.h>
 #include <pwd.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <vector>
 
 namespace lumenscribe::platform {

@@ -2,13 +2,13 @@
 // SPDX-License-Identifier: MIT
 #include "platform/child_process.h"
 
-#include <cerrno>
 #include <fcntl.h>
 #include <poll.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <memory>
 
 #include "platform/file_descriptor.h"

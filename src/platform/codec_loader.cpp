@@ -3,8 +3,8 @@
 #include <dlfcn.h>
 #include <unistd.h>
 
-#include <vector>
 #include <filesystem>
+#include <vector>
 
 #include "platform/codec_table.h"
 

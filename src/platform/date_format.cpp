@@ -60,7 +60,8 @@ std::string mediumDateText(Timestamp date) {
   const std::time_t seconds = std::chrono::system_clock::to_time_t(date);
   std::tm local{};
   char buffer[64] = "";
-  if (localtime_r(&seconds, &local)) std::strftime(buffer, sizeof buffer, "%Y-%m-%d %H:%M:%S", &local);
+  if (localtime_r(&seconds, &local))
+    std::strftime(buffer, sizeof buffer, "%Y-%m-%d %H:%M:%S", &local);
   return buffer;
 }
 

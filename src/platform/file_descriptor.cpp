@@ -2,9 +2,10 @@
 // SPDX-License-Identifier: MIT
 #include "platform/file_descriptor.h"
 
-#include <cerrno>
 #include <fcntl.h>
 #include <unistd.h>
+
+#include <cerrno>
 
 namespace lumenscribe::platform {
 

@@ -2,12 +2,12 @@
 // SPDX-License-Identifier: MIT
 #include "platform/file_status.h"
 
-#include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <string_view>
 
 #include "core/path_text.h"
@@ -20,9 +20,9 @@ namespace {
 // Directories that a Mac presents as single items; Linux file managers show them as
 // folders, but their contents are one document or one program.
 constexpr std::array<std::string_view, 18> kPackageExtensions = {
-    "app",    "bundle",  "framework",   "plugin", "kext",         "appex",
-    "xpc",    "prefpane", "qlgenerator", "mdimporter", "rtfd",    "pages",
-    "numbers", "key",    "photoslibrary", "xcodeproj", "xcworkspace", "playground"};
+    "app",     "bundle",   "framework",     "plugin",     "kext",        "appex",
+    "xpc",     "prefpane", "qlgenerator",   "mdimporter", "rtfd",        "pages",
+    "numbers", "key",      "photoslibrary", "xcodeproj",  "xcworkspace", "playground"};
 
 Timestamp timestampOf(const statx_timestamp& stamp) {
   return Timestamp(std::chrono::duration_cast<Timestamp::duration>(
@@ -35,7 +35,8 @@ std::error_code lastError() { return {errno, std::system_category()}; }
 
 Expected<ItemFacts> readItemFacts(const std::filesystem::path& path) {
   struct statx link {};
-  if (::statx(AT_FDCWD, path.c_str(), AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, STATX_TYPE, &link) != 0) {
+  if (::statx(AT_FDCWD, path.c_str(), AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, STATX_TYPE, &link) !=
+      0) {
     return lastError();
   }
   struct statx status {};
@@ -52,7 +53,8 @@ Expected<ItemFacts> readItemFacts(const std::filesystem::path& path) {
   }
   if (status.stx_mask & STATX_MTIME) facts.modificationDate = timestampOf(status.stx_mtime);
   // Some file systems flag a birth time of 0 as valid; the epoch is no real creation date.
-  if ((status.stx_mask & STATX_BTIME) && (status.stx_btime.tv_sec != 0 || status.stx_btime.tv_nsec != 0)) {
+  if ((status.stx_mask & STATX_BTIME) &&
+      (status.stx_btime.tv_sec != 0 || status.stx_btime.tv_nsec != 0)) {
     facts.creationDate = timestampOf(status.stx_btime);
   }
   if (facts.isDirectory) {

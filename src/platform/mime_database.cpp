@@ -56,8 +56,9 @@ ContentType directoryContentType() {
 std::optional<ContentType> contentTypeForExtension(std::string_view extension) {
   if (extension.empty()) return std::nullopt;
   QMimeDatabase database;
-  const QString name = QStringLiteral("x.") + QString::fromUtf8(extension.data(),
-                                                               static_cast<qsizetype>(extension.size()));
+  const QString name =
+      QStringLiteral("x.") +
+      QString::fromUtf8(extension.data(), static_cast<qsizetype>(extension.size()));
   return toContentType(database.mimeTypeForFile(name, QMimeDatabase::MatchExtension));
 }
 

@@ -20,9 +20,8 @@ namespace {
 
 void silencePoppler() {
   static std::once_flag once;
-  std::call_once(once, [] {
-    poppler::set_debug_error_function([](const std::string&, void*) {}, nullptr);
-  });
+  std::call_once(
+      once, [] { poppler::set_debug_error_function([](const std::string&, void*) {}, nullptr); });
 }
 
 // Page boxes come from the file: refuse sizes that would make the scale meaningless.

@@ -11,8 +11,8 @@ void Sha256::ContextDeleter::operator()(void* context) const noexcept {
 }
 
 Sha256::Sha256() : context_(EVP_MD_CTX_new()) {
-  if (context_ && EVP_DigestInit_ex(static_cast<EVP_MD_CTX*>(context_.get()), EVP_sha256(),
-                                    nullptr) != 1) {
+  if (context_ &&
+      EVP_DigestInit_ex(static_cast<EVP_MD_CTX*>(context_.get()), EVP_sha256(), nullptr) != 1) {
     context_.reset();
   }
 }

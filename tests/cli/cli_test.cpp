@@ -20,7 +20,7 @@ struct CliRun {
 };
 
 CliRun runCli(const std::vector<std::string>& arguments,
-           platform::ChildOutput mode = platform::ChildOutput::stdoutOnly) {
+              platform::ChildOutput mode = platform::ChildOutput::stdoutOnly) {
   auto result = platform::runChildProcess(LUMENSCRIBE_CLI_PATH, arguments, mode);
   if (!result || !result->exitStatus) return {-1, ""};
   return {*result->exitStatus, result->output};
@@ -56,7 +56,8 @@ TEST(Cli, printsReportsSeparatedByOneEmptyLine) {
   const auto all = lines(run.out);
   EXPECT_EQ(all.front(), "LUMENSCRIBE INSPECTION REPORT");
   EXPECT_EQ(all.back(), "https://lumenscribe.org");
-  EXPECT_NE(run.out.find("https://lumenscribe.org\n\nLUMENSCRIBE INSPECTION REPORT\n"), std::string::npos);
+  EXPECT_NE(run.out.find("https://lumenscribe.org\n\nLUMENSCRIBE INSPECTION REPORT\n"),
+            std::string::npos);
   EXPECT_NE(run.out.find("File: b.txt\n"), std::string::npos);
 }
 
@@ -79,7 +80,8 @@ TEST(Cli, printsOneJsonObjectPerItemAndFailsForTheBadOnes) {
   EXPECT_EQ(merged.status, 1);
   EXPECT_EQ(merged.out, "lumenscribe-cli: " + missing.string() + ": No such file or directory\n");
   const CliRun special = runCli({"/dev/null"}, platform::ChildOutput::merged);
-  EXPECT_EQ(special.out, "lumenscribe-cli: /dev/null: Lumenscribe could not inspect this file yet.\n");
+  EXPECT_EQ(special.out,
+            "lumenscribe-cli: /dev/null: Lumenscribe could not inspect this file yet.\n");
 }
 
 TEST(Cli, behavesLikeALinuxToolOnUsage) {

@@ -36,7 +36,8 @@ void expectInvariants(const LumenscribeResult& result) {
   ASSERT_FALSE(result.sections.empty());
   EXPECT_TRUE(result.sections[0].title == "File" || result.sections[0].title == "Container");
   std::int64_t rows = 0;
-  for (const auto& section : result.sections) rows += static_cast<std::int64_t>(section.rows.size());
+  for (const auto& section : result.sections)
+    rows += static_cast<std::int64_t>(section.rows.size());
   EXPECT_EQ(result.summaryCount, rows);
   EXPECT_FALSE(result.summaryItems.empty());
   EXPECT_FALSE(result.privacyFindings.empty());
@@ -60,8 +61,8 @@ TEST(FileInspector, refusesSpecialFilesWithoutOpeningThem) {
   ASSERT_EQ(::bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
 
   // Opening a FIFO with no writer would block this test forever; refusing it must not.
-  for (const std::filesystem::path& special : {fifo, std::filesystem::path(socketPath),
-                                               std::filesystem::path("/dev/null")}) {
+  for (const std::filesystem::path& special :
+       {fifo, std::filesystem::path(socketPath), std::filesystem::path("/dev/null")}) {
     const auto result = FileInspector().inspect(special);
     ASSERT_FALSE(result) << special;
     EXPECT_EQ(result.error(), make_error_code(FileInspectionError::unsupportedFile));
@@ -132,8 +133,8 @@ TEST(FileInspector, describesUntypedFilesByTheirExtension) {
 
 TEST(FileInspector, copesWithAwkwardNames) {
   TempDir dir;
-  for (const std::string& name : std::vector<std::string>{"with space.txt", "new\nline.txt", "-x",
-                                                         "--json", "caf\xE9.txt"}) {
+  for (const std::string& name :
+       std::vector<std::string>{"with space.txt", "new\nline.txt", "-x", "--json", "caf\xE9.txt"}) {
     const auto file = dir.write(name, "content");
     const auto result = FileInspector().inspect(file);
     ASSERT_TRUE(result) << name;

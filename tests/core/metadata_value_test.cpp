@@ -49,8 +49,10 @@ TEST(MetadataNumbers, parseOnlyWhatIsWhollyANumber) {
   EXPECT_EQ(metadataInt(MetadataValue("")), std::nullopt);
   EXPECT_EQ(metadataInt(MetadataValue("-")), std::nullopt);
   EXPECT_EQ(metadataInt(MetadataValue(" 1")), std::nullopt);
-  EXPECT_EQ(metadataInt(MetadataValue("9223372036854775807")), std::numeric_limits<std::int64_t>::max());
-  EXPECT_EQ(metadataInt(MetadataValue("-9223372036854775808")), std::numeric_limits<std::int64_t>::min());
+  EXPECT_EQ(metadataInt(MetadataValue("9223372036854775807")),
+            std::numeric_limits<std::int64_t>::max());
+  EXPECT_EQ(metadataInt(MetadataValue("-9223372036854775808")),
+            std::numeric_limits<std::int64_t>::min());
   EXPECT_EQ(metadataInt(MetadataValue("9223372036854775808")), std::nullopt);
   EXPECT_EQ(metadataInt(MetadataValue(-2.9)), -2);
   EXPECT_EQ(metadataInt(MetadataValue(1e300)), std::nullopt);

@@ -11,12 +11,14 @@ TEST(ValidUtf8, replacesEachIllFormedByteAndKeepsTheRest) {
   const std::string replacement = "\xEF\xBF\xBD";
   EXPECT_EQ(validUtf8("plain"), "plain");
   EXPECT_EQ(validUtf8("caf\xC3\xA9 \xF0\x9F\x93\xB7"), "caf\xC3\xA9 \xF0\x9F\x93\xB7");
-  EXPECT_EQ(validUtf8("a\xFF" "b"), "a" + replacement + "b");
-  EXPECT_EQ(validUtf8("\xC0\xAF"), replacement + replacement);          // overlong "/"
+  EXPECT_EQ(validUtf8("a\xFF"
+                      "b"),
+            "a" + replacement + "b");
+  EXPECT_EQ(validUtf8("\xC0\xAF"), replacement + replacement);                    // overlong "/"
   EXPECT_EQ(validUtf8("\xED\xA0\x80"), replacement + replacement + replacement);  // surrogate
-  EXPECT_EQ(validUtf8("\xF4\x90\x80\x80"),  // past U+10FFFF
+  EXPECT_EQ(validUtf8("\xF4\x90\x80\x80"),                                        // past U+10FFFF
             replacement + replacement + replacement + replacement);
-  EXPECT_EQ(validUtf8("\xE2\x82"), replacement + replacement);          // cut short
+  EXPECT_EQ(validUtf8("\xE2\x82"), replacement + replacement);  // cut short
   EXPECT_EQ(validUtf8(std::string("a\0b", 3)), std::string("a\0b", 3));
 }
 
@@ -26,13 +28,11 @@ TEST(PathText, findsNameAndExtensionAsAFileManagerWould) {
     const char* name;
     const char* extension;
   };
-  for (const Case& c : {Case{"/a/photo.JPG", "photo.JPG", "JPG"},
-                        Case{"/a/archive.tar.gz", "archive.tar.gz", "gz"},
-                        Case{"/a/README", "README", ""},
-                        Case{"/a/trailing.", "trailing.", ""},
-                        Case{"/a/.bashrc", ".bashrc", ""},
-                        Case{"/a/dir.app/", "dir.app", "app"},
-                        Case{"/", "/", ""}}) {
+  for (const Case& c :
+       {Case{"/a/photo.JPG", "photo.JPG", "JPG"}, Case{"/a/archive.tar.gz", "archive.tar.gz", "gz"},
+        Case{"/a/README", "README", ""}, Case{"/a/trailing.", "trailing.", ""},
+        Case{"/a/.bashrc", ".bashrc", ""}, Case{"/a/dir.app/", "dir.app", "app"},
+        Case{"/", "/", ""}}) {
     EXPECT_EQ(lastPathComponent(c.path), c.name) << c.path;
     EXPECT_EQ(pathExtension(c.path), c.extension) << c.path;
   }

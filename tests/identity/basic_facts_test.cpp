@@ -17,8 +17,10 @@ using Pairs = std::vector<std::pair<std::string, std::string>>;
 
 TEST(BasicFileFacts, givesTheAlwaysPresentRowsWhenTheFactsAreBare) {
   ItemFacts facts;
-  EXPECT_EQ(pairs(basicFileFacts("/data/blob", facts)),
-            (Pairs{{"Name", "blob"}, {"Type", "Unknown"}, {"Extension", "None"}, {"Path", "/data/blob"}}));
+  EXPECT_EQ(
+      pairs(basicFileFacts("/data/blob", facts)),
+      (Pairs{
+          {"Name", "blob"}, {"Type", "Unknown"}, {"Extension", "None"}, {"Path", "/data/blob"}}));
 }
 
 TEST(BasicFileFacts, ordersEveryRowAndLowerCasesTheExtension) {

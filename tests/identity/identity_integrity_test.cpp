@@ -28,7 +28,8 @@ TEST(FileFingerprint, hashesEveryByteAcrossChunkBoundaries) {
   for (const Case& c :
        {Case{0, 0, "e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855"},
         Case{1024 * 1024, 0, "30e14955ebf1352266dc2ff8067e68104607e750abb9d3b36582b8af909fcb58"},
-        Case{1024 * 1024 + 1, 0, "2cb74edba754a81d121c9db6833704a8e7d417e5b13d1a19f4a52f007d644264"}}) {
+        Case{1024 * 1024 + 1, 0,
+             "2cb74edba754a81d121c9db6833704a8e7d417e5b13d1a19f4a52f007d644264"}}) {
     const auto file = dir.write("f" + std::to_string(c.size), std::string(c.size, c.fill));
     EXPECT_EQ(fileFingerprint(file), c.digest) << c.size;
   }

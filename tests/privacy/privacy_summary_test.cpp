@@ -17,10 +17,12 @@ TEST(Completion, addsTheDefaultsOnlyWhenNothingWasFound) {
 
   Accumulators found;
   found.findings.emplace_back("Location data is embedded", "d", PrivacyLevel::notice);
-  found.summaryItems = {"Identity & Integrity", "Camera", "Identity & Integrity", "camera", "Camera"};
+  found.summaryItems = {"Identity & Integrity", "Camera", "Identity & Integrity", "camera",
+                        "Camera"};
   completeFindingsAndSummary(found);
   EXPECT_EQ(found.findings.size(), 1u);
-  EXPECT_EQ(found.summaryItems, (std::vector<std::string>{"Identity & Integrity", "Camera", "camera"}));
+  EXPECT_EQ(found.summaryItems,
+            (std::vector<std::string>{"Identity & Integrity", "Camera", "camera"}));
 }
 
 TEST(Verdict, isDecidedByTheMostSevereFinding) {

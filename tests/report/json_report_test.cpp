@@ -23,9 +23,10 @@ TEST(ResultJson, hasTheStableShapeOnOneLine) {
   std::vector<std::string> keys;
   const auto ordered = nlohmann::ordered_json::parse(text);
   for (const auto& item : ordered.items()) keys.push_back(item.key());
-  EXPECT_EQ(keys, (std::vector<std::string>{"id", "url", "path", "displayName", "typeDescription",
-                                            "summaryCount", "summaryItems", "sections",
-                                            "privacyFindings", "rawMetadata", "verdict", "counts"}));
+  EXPECT_EQ(keys,
+            (std::vector<std::string>{"id", "url", "path", "displayName", "typeDescription",
+                                      "summaryCount", "summaryItems", "sections", "privacyFindings",
+                                      "rawMetadata", "verdict", "counts"}));
   EXPECT_EQ(json["id"], result.id.text());
   EXPECT_EQ(json["url"], "file:///tmp/caf%E9%20x");
   EXPECT_EQ(json["path"], "/tmp/caf\uFFFD x");

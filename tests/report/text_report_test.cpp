@@ -15,14 +15,15 @@ LumenscribeResult sampleResult() {
                         std::vector<InsightRow>{{"SHA-256", "abc"}, {"File SHA-256", "kept"}});
   sections.emplace_back("PDF", "doc.fill", std::vector<InsightRow>{{"Pages", "3"}});
   sections.emplace_back("", "doc.fill", std::vector<InsightRow>{});
-  sections.emplace_back("Cafe\u0301", "doc.fill", std::vector<InsightRow>{{"Note", "line1\nline2"}});
+  sections.emplace_back("Cafe\u0301", "doc.fill",
+                        std::vector<InsightRow>{{"Note", "line1\nline2"}});
   std::vector<PrivacyFinding> findings;
   findings.emplace_back("File type does not match its name", "Renamed.", PrivacyLevel::sensitive);
   findings.emplace_back("Location data is embedded", "GPS.", PrivacyLevel::notice);
   RawMetadata raw{{"b", "3"}, {"B", "1"}, {"a", "2"}, {"\xC3\xA9", "4"}};
   return LumenscribeResult("/home/me/notes.txt", "notes.txt", "Plain Text Document", 5,
-                           {"Identity & Integrity", "PDF"}, std::move(sections), std::move(findings),
-                           std::move(raw));
+                           {"Identity & Integrity", "PDF"}, std::move(sections),
+                           std::move(findings), std::move(raw));
 }
 
 TEST(TextReport, writesTheFixedLayoutLineByLine) {
