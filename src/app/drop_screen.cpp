@@ -132,6 +132,7 @@ DropScreen::DropScreen(QWidget* parent) : QWidget(parent) {
   open_->setObjectName(QStringLiteral("openButton"));
   open_->setToolTip(QStringLiteral("Choose a file to inspect (Ctrl+O)"));
   open_->setCursor(Qt::PointingHandCursor);
+  open_->setMinimumSize(120, 30);
   connect(open_, &QPushButton::clicked, this, &DropScreen::openRequested);
   areaLayout->addWidget(open_, 0, Qt::AlignHCenter);
   layout->addWidget(area_, 0, Qt::AlignHCenter);

@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Lumenscribe Project
 // SPDX-License-Identifier: MIT
 #include <QApplication>
-#include <QTimer>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
@@ -17,9 +16,25 @@ constexpr const char* kUsage =
     "Usage: lumenscribe [FILE]\n"
     "Opens the Lumenscribe window; given FILE (a file or folder), inspects it at once.\n";
 
+// Help and version need no display, so they are answered before Qt starts.
+bool answeredWithoutWindow(int argc, char** argv) {
+  for (int i = 1; i < argc && std::strcmp(argv[i], "--") != 0; ++i) {
+    if (std::strcmp(argv[i], "-h") == 0 || std::strcmp(argv[i], "--help") == 0) {
+      std::fputs(kUsage, stdout);
+      return true;
+    }
+    if (std::strcmp(argv[i], "--version") == 0) {
+      std::printf("%s %s\n", lumenscribe::product::name, lumenscribe::product::version);
+      return true;
+    }
+  }
+  return false;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+  if (answeredWithoutWindow(argc, argv)) return 0;
   // Qt's own options (-platform, ...) are taken out of argv here.
   QApplication application(argc, argv);
   QApplication::setApplicationVersion(QString::fromUtf8(lumenscribe::product::version));
@@ -31,12 +46,6 @@ int main(int argc, char** argv) {
     const char* argument = argv[i];
     if (!optionsDone && std::strcmp(argument, "--") == 0) {
       optionsDone = true;
-    } else if (!optionsDone && (std::strcmp(argument, "-h") == 0 || std::strcmp(argument, "--help") == 0)) {
-      std::fputs(kUsage, stdout);
-      return 0;
-    } else if (!optionsDone && std::strcmp(argument, "--version") == 0) {
-      std::printf("%s %s\n", lumenscribe::product::name, lumenscribe::product::version);
-      return 0;
     } else if (!optionsDone && argument[0] == '-' && argument[1] != '\0') {
       std::fprintf(stderr, "lumenscribe: unknown option %s\n%s", argument, kUsage);
       return 2;

@@ -211,6 +211,21 @@ class ResultScreenTest : public QObject {
     QCOMPARE(list->entryCount(), 150);
     QCOMPARE(list->entry(0).first, QStringLiteral("Key 1000"));
     QVERIFY(list->height() > 150 * 10);
+
+    // Far down, "Return to Top" is wanted; it brings the top back.
+    QSignalSpy wanted(&screen, &ResultScreen::returnToTopWanted);
+    QScrollBar* bar = screen.scrollArea()->verticalScrollBar();
+    bar->setValue(bar->maximum());
+    QCOMPARE(wanted.count(), 1);
+    QCOMPARE(wanted.at(0).at(0).toBool(), true);
+    screen.setReturnToTopShown(true);
+    PillButton* back = screen.returnToTopButton();
+    QVERIFY(back->isVisible());
+    QCOMPARE(back->toolTip(), QStringLiteral("Return to the top of the inspection"));
+    QTest::mouseClick(back, Qt::LeftButton);
+    QTRY_COMPARE(bar->value(), 0);
+    QCOMPARE(wanted.count(), 2);
+    QCOMPARE(wanted.at(1).at(0).toBool(), false);
   }
 
   void rawMetadataSaysSoWhenThereIsNone() {

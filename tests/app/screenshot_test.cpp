@@ -5,12 +5,16 @@
 // a dark palette, and the About window.
 #include <QApplication>
 #include <QDir>
+#include <QDragEnterEvent>
+#include <QMimeData>
 #include <QScrollArea>
 #include <QStyle>
 #include <QStyleFactory>
 #include <QtTest>
 
 #include "app/about_window.h"
+#include "app/health_sheet.h"
+#include "app/pills.h"
 #include "app/lumenscribe_app.h"
 #include "app/preview_loader.h"
 #include "app/raw_metadata_block.h"
@@ -83,6 +87,14 @@ class ScreenshotTest : public QObject {
     save(window, "drop-screen");
 
     ContentView* view = window->contentView();
+    QMimeData drag;
+    drag.setUrls({QUrl::fromLocalFile(QString::fromStdString(fixture("photo_gps.jpg").string()))});
+    QDragEnterEvent enter(QPoint(500, 400), Qt::CopyAction, &drag, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(view, &enter);
+    save(window, "drop-screen-targeted");
+    QDragLeaveEvent leave;
+    QApplication::sendEvent(view, &leave);
+
     QVERIFY(inspectAndWait(*view, fixture("photo_gps.jpg")));
     QVERIFY(view->state().result.has_value());
     ResultScreen* screen = view->resultScreen();
@@ -96,6 +108,21 @@ class ScreenshotTest : public QObject {
     QApplication::processEvents();
     save(content, "result-full");
 
+    // The overlay over the previous result while the next inspection runs.
+    screen->scrollToAnchor(QStringLiteral("pageTop"), false);
+    QSignalSpy finished(view, &ContentView::inspectionFinished);
+    view->startInspection(fixture("empty.txt"));
+    save(window, "inspecting");
+    QVERIFY(finished.wait(20000));
+    SectionCard* health = screen->sectionCard(QStringLiteral("File Health"));
+    QVERIFY(health && health->inspectFurtherButton());
+    health->inspectFurtherButton()->click();
+    QVERIFY(view->healthSheet());
+    QVERIFY(QTest::qWaitForWindowExposed(view->healthSheet()));
+    save(view->healthSheet(), "health-sheet");
+    view->healthSheet()->accept();
+
+    QVERIFY(inspectAndWait(*view, fixture("photo_gps.jpg")));
     QApplication::setPalette(darkPalette());
     QTest::qWait(50);
     QTRY_VERIFY(!screen->sectionCards().isEmpty() && screen->sectionCards().front()->isVisible());
