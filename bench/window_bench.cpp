@@ -128,17 +128,18 @@ int dropBench(int count, char** photos) {
 
 int scrollBench() {
   std::vector<InsightRow> rows;
-  for (int i = 0; i < 12; ++i) rows.emplace_back("Row " + std::to_string(i), "Value " + std::to_string(i));
+  for (int i = 0; i < 12; ++i)
+    rows.emplace_back("Row " + std::to_string(i), "Value " + std::to_string(i));
   RawMetadata raw;
   for (int i = 0; i < 150; ++i) {
     raw["EXIF Key " + std::to_string(1000 + i)] =
         i % 10 == 0 ? std::string(300, 'x') : "value of entry number " + std::to_string(i);
   }
-  LumenscribeResult result("/tmp/bench.jpg", "bench.jpg", "JPEG image", 12, {"File"},
-                           {InsightSection("File", "doc.fill", rows)},
-                           {PrivacyFinding("No obvious high-interest metadata found", "None.",
-                                           PrivacyLevel::neutral)},
-                           raw);
+  LumenscribeResult result(
+      "/tmp/bench.jpg", "bench.jpg", "JPEG image", 12, {"File"},
+      {InsightSection("File", "doc.fill", rows)},
+      {PrivacyFinding("No obvious high-interest metadata found", "None.", PrivacyLevel::neutral)},
+      raw);
   ResultScreen screen;
   screen.resize(1040, 780);
   screen.show();

@@ -99,7 +99,8 @@ class MakerLink final : public QAbstractButton {
     x += 14 + 7;
     const int textWidth = fontMetrics().horizontalAdvance(text());
     painter.setPen(accent);
-    painter.drawText(QRectF(x, 0, textWidth + 1, height()), Qt::AlignVCenter | Qt::AlignLeft, text());
+    painter.drawText(QRectF(x, 0, textWidth + 1, height()), Qt::AlignVCenter | Qt::AlignLeft,
+                     text());
     x += textWidth + 7;
     paintSymbol(painter, QRectF(x, (height() - 12) / 2.0, 12, 12), "arrow.up.right", accent);
   }
@@ -141,7 +142,8 @@ LumenscribeAboutView::LumenscribeAboutView(QWidget* parent) : QWidget(parent) {
   header->setSpacing(0);
   header->addWidget(new IconPlate(this), 0, Qt::AlignHCenter);
   header->addSpacing(14);
-  header->addWidget(centredLabel(QString::fromUtf8(product::name), pixelFont(font(), 29, QFont::Bold), this));
+  header->addWidget(
+      centredLabel(QString::fromUtf8(product::name), pixelFont(font(), 29, QFont::Bold), this));
   header->addSpacing(5);
   auto* tagline = centredLabel(QStringLiteral("See what’s really inside a file."),
                                pixelFont(font(), 15, QFont::DemiBold), this);
@@ -181,7 +183,8 @@ LumenscribeAboutView::LumenscribeAboutView(QWidget* parent) : QWidget(parent) {
   body->addLayout(pills);
   auto* link = new MakerLink(this);
   link->setObjectName(QStringLiteral("makerLink"));
-  link->setToolTip(QStringLiteral("Visit %1 on the web").arg(QString::fromUtf8(product::makerName)));
+  link->setToolTip(
+      QStringLiteral("Visit %1 on the web").arg(QString::fromUtf8(product::makerName)));
   connect(link, &QAbstractButton::clicked, this,
           [] { QDesktopServices::openUrl(QUrl(QString::fromUtf8(product::makerUrl))); });
   body->addWidget(link, 0, Qt::AlignHCenter);
@@ -196,10 +199,9 @@ LumenscribeAboutView::LumenscribeAboutView(QWidget* parent) : QWidget(parent) {
   auto* maker = new QLabel(QString::fromUtf8(product::makerName), this);
   maker->setFont(pixelFont(font(), 12.5, QFont::DemiBold));
   credit->addWidget(maker);
-  auto* notice = new QLabel(
-      QStringLiteral("© %1 %2").arg(QStringLiteral(LUMENSCRIBE_BUILD_YEAR),
-                                    QString::fromUtf8(product::makerName)),
-      this);
+  auto* notice = new QLabel(QStringLiteral("© %1 %2").arg(QStringLiteral(LUMENSCRIBE_BUILD_YEAR),
+                                                          QString::fromUtf8(product::makerName)),
+                            this);
   notice->setFont(pixelFont(font(), 11));
   notice->setForegroundRole(QPalette::PlaceholderText);
   credit->addWidget(notice);
@@ -226,9 +228,10 @@ AboutWindow::AboutWindow(QWidget* parent)
   layout->addWidget(view_);
   connect(view_, &LumenscribeAboutView::doneRequested, this, &QWidget::close);
   // A plain window has no default button of its own: Return (and Escape) reach "Done" here.
-  for (const QKeySequence& key : {QKeySequence(Qt::Key_Return), QKeySequence(Qt::Key_Enter),
-                                 QKeySequence(Qt::Key_Escape)}) {
-    connect(new QShortcut(key, this), &QShortcut::activated, view_->doneButton(), &QPushButton::click);
+  for (const QKeySequence& key :
+       {QKeySequence(Qt::Key_Return), QKeySequence(Qt::Key_Enter), QKeySequence(Qt::Key_Escape)}) {
+    connect(new QShortcut(key, this), &QShortcut::activated, view_->doneButton(),
+            &QPushButton::click);
   }
   view_->doneButton()->setFocus();
 }

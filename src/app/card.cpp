@@ -14,9 +14,7 @@ namespace {
 constexpr qreal kCornerRadius = 14.0;
 }
 
-Card::Card(QWidget* parent) : QWidget(parent) {
-  setAttribute(Qt::WA_Hover);
-}
+Card::Card(QWidget* parent) : QWidget(parent) { setAttribute(Qt::WA_Hover); }
 
 void Card::setTint(const QColor& color) {
   tint_ = color;
@@ -37,9 +35,9 @@ void Card::paintEvent(QPaintEvent*) {
   painter.fillPath(path, cardFill(palette()));
   if (tint_.isValid()) painter.fillPath(path, tint_);
   const bool highlighted = hoverHighlight_ && hovered_;
-  painter.setPen(QPen(highlighted ? withAlpha(palette().color(QPalette::Highlight), 0.55)
-                                  : cardOutline(palette()),
-                      1.0));
+  painter.setPen(QPen(
+      highlighted ? withAlpha(palette().color(QPalette::Highlight), 0.55) : cardOutline(palette()),
+      1.0));
   painter.drawPath(path);
 }
 

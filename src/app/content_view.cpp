@@ -126,8 +126,9 @@ void ContentView::connectResultScreen() {
           [this](std::optional<PrivacyLevel> level) { state_.hoveredSeverity = level; });
   connect(screen, &ResultScreen::insightPillHovered, this,
           [this](std::optional<QString> item) { state_.hoveredInsightPill = std::move(item); });
-  connect(screen, &ResultScreen::diveDeeperHovered, this,
-          [this](std::optional<QString> title) { state_.hoveredDiveDeeperSection = std::move(title); });
+  connect(screen, &ResultScreen::diveDeeperHovered, this, [this](std::optional<QString> title) {
+    state_.hoveredDiveDeeperSection = std::move(title);
+  });
   connect(screen, &ResultScreen::returnToTopHovered, this,
           [this](bool hovered) { state_.isReturnToTopHovered = hovered; });
   connect(screen, &ResultScreen::topCardHovered, this,
@@ -145,8 +146,8 @@ bool ContentView::handleDrop(const QMimeData& data) {
   }
   const std::optional<std::filesystem::path> path = localPath(urls.front());
   if (!path) {
-    setErrorMessage(QString::fromStdString(
-        make_error_code(FileInspectionError::unreadableFile).message()));
+    setErrorMessage(
+        QString::fromStdString(make_error_code(FileInspectionError::unreadableFile).message()));
     return true;
   }
   startInspection(*path);
@@ -165,8 +166,8 @@ void ContentView::startInspection(const std::filesystem::path& url) {
   overlay_->show();
   overlay_->raise();
   overlay_->setFocus();  // keys must not reach the screen underneath
-  watcher_.setFuture(QtConcurrent::run(
-      [inspector = inspector_, url] { return inspectItem(inspector, url); }));
+  watcher_.setFuture(
+      QtConcurrent::run([inspector = inspector_, url] { return inspectItem(inspector, url); }));
 }
 
 void ContentView::finishInspection() {
@@ -177,10 +178,9 @@ void ContentView::finishInspection() {
     state_.result = std::move(outcome.result);
     state_.showRawMetadata = false;
     state_.isInspecting = false;
-    resultScreen_->showResult(*state_.result,
-                              ResultPresentation{false, state_.showCameraDetails,
-                                                 state_.showVideoDetails, outcome.previewSymbol,
-                                                 outcome.isDirectory});
+    resultScreen_->showResult(
+        *state_.result, ResultPresentation{false, state_.showCameraDetails, state_.showVideoDetails,
+                                           outcome.previewSymbol, outcome.isDirectory});
     stack_->setCurrentWidget(resultScreen_);
   } else {
     state_.isInspecting = false;
@@ -223,13 +223,15 @@ void ContentView::showHealthSheet(const InsightSection& section) {
   healthSheet_ = new HealthSheet(section, this);
   healthSheet_->setAttribute(Qt::WA_DeleteOnClose);
   healthSheet_->setWindowModality(Qt::WindowModal);
-  connect(healthSheet_, &QDialog::finished, this, [this] { state_.healthSectionForInspection.reset(); });
+  connect(healthSheet_, &QDialog::finished, this,
+          [this] { state_.healthSectionForInspection.reset(); });
   healthSheet_->open();
 }
 
 void ContentView::chooseItemToOpen(bool folder) {
   if (state_.isInspecting) return;
-  auto* dialog = new QFileDialog(this, folder ? QStringLiteral("Open Folder") : QStringLiteral("Open"));
+  auto* dialog =
+      new QFileDialog(this, folder ? QStringLiteral("Open Folder") : QStringLiteral("Open"));
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   dialog->setFileMode(folder ? QFileDialog::Directory : QFileDialog::ExistingFile);
   if (folder) dialog->setOption(QFileDialog::ShowDirsOnly);

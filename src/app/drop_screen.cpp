@@ -41,7 +41,8 @@ class DropArea final : public QWidget {
     const QRectF bounds = QRectF(rect()).adjusted(1.5, 1.5, -1.5, -1.5);
     QPainterPath path;
     path.addRoundedRect(bounds, 20, 20);
-    painter.fillPath(path, targeted_ ? withAlpha(accent, 0.14) : withAlpha(cardFill(palette()), 0.7));
+    painter.fillPath(path,
+                     targeted_ ? withAlpha(accent, 0.14) : withAlpha(cardFill(palette()), 0.7));
     QPen pen(targeted_ ? accent : withAlpha(palette().color(QPalette::WindowText), 0.28),
              targeted_ ? 2.5 : 1.6);
     if (!targeted_) pen.setDashPattern({5, 4});
@@ -50,7 +51,8 @@ class DropArea final : public QWidget {
 
     const QColor tone = targeted_ ? accent : secondaryText(palette());
     const qreal side = 46;
-    paintSymbol(painter, QRectF((width() - side) / 2.0, 38, side, side), "tray.and.arrow.down", tone);
+    paintSymbol(painter, QRectF((width() - side) / 2.0, 38, side, side), "tray.and.arrow.down",
+                tone);
     painter.setFont(scaledFont(font(), 1.3, QFont::DemiBold));
     painter.setPen(targeted_ ? accent : palette().color(QPalette::WindowText));
     painter.drawText(QRectF(0, 96, width(), 34), Qt::AlignCenter, QStringLiteral("Drop it here"));
@@ -77,9 +79,12 @@ QWidget* kindIcons(QWidget* parent) {
     const char* symbol;
     const char* name;
     Accent accent;
-  } kinds[] = {{"photo.fill", "Photos", Accent::blue},       {"doc.richtext.fill", "Documents", Accent::teal},
-               {"waveform", "Audio", Accent::indigo},        {"film.fill", "Video", Accent::purple},
-               {"archivebox.fill", "Archives", Accent::orange}, {"folder.fill", "Folders", Accent::mint}};
+  } kinds[] = {{"photo.fill", "Photos", Accent::blue},
+               {"doc.richtext.fill", "Documents", Accent::teal},
+               {"waveform", "Audio", Accent::indigo},
+               {"film.fill", "Video", Accent::purple},
+               {"archivebox.fill", "Archives", Accent::orange},
+               {"folder.fill", "Folders", Accent::mint}};
   for (const auto& kind : kinds) {
     auto* icon = new SymbolView(kind.symbol, kind.accent, 24, row);
     icon->setToolTip(QString::fromLatin1(kind.name));

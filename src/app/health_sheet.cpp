@@ -68,9 +68,10 @@ HealthSheet::HealthSheet(const InsightSection& section, QWidget* parent)
   const bool limited = inspection_.assessment == "Verification limited";
   auto* header = new QHBoxLayout;
   header->setSpacing(14);
-  header->addWidget(new SymbolView(limited ? "questionmark.circle.fill" : "exclamationmark.triangle.fill",
-                                   limited ? Accent::orange : Accent::red, 30, content),
-                    0, Qt::AlignTop);
+  header->addWidget(
+      new SymbolView(limited ? "questionmark.circle.fill" : "exclamationmark.triangle.fill",
+                     limited ? Accent::orange : Accent::red, 30, content),
+      0, Qt::AlignTop);
   auto* titles = new QVBoxLayout;
   titles->setSpacing(2);
   auto* title = new QLabel(QStringLiteral("Inspect Further"), content);
@@ -107,7 +108,8 @@ HealthSheet::HealthSheet(const InsightSection& section, QWidget* parent)
   if (!explanation.nextSteps.empty()) {
     layout->addSpacing(4);
     layout->addWidget(headline(QStringLiteral("Reasonable next steps"), content));
-    layout->addWidget(bulletList(explanation.nextSteps, "arrow.right.circle", Accent::blue, content));
+    layout->addWidget(
+        bulletList(explanation.nextSteps, "arrow.right.circle", Accent::blue, content));
   }
   layout->addSpacing(4);
   layout->addWidget(new Divider(content));

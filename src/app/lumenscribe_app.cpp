@@ -33,7 +33,8 @@ MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent) {
   quit->setMenuRole(QAction::QuitRole);
 
   QMenu* help = menuBar()->addMenu(QStringLiteral("&Help"));
-  QAction* about = help->addAction(QStringLiteral("About Lumenscribe"), this, &MainWindow::aboutRequested);
+  QAction* about =
+      help->addAction(QStringLiteral("About Lumenscribe"), this, &MainWindow::aboutRequested);
   about->setMenuRole(QAction::AboutRole);
 }
 
@@ -51,7 +52,8 @@ void LumenscribeApp::showAboutWindow() {
   if (!about_) {
     // Deleted when closed, so the pointer empties and the next request makes a fresh one.
     about_ = new AboutWindow(window_.get());
-    const QScreen* screen = window_->screen() ? window_->screen() : QGuiApplication::primaryScreen();
+    const QScreen* screen =
+        window_->screen() ? window_->screen() : QGuiApplication::primaryScreen();
     if (screen) {
       QRect frame = about_->frameGeometry();
       frame.moveCenter(screen->availableGeometry().center());

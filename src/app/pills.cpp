@@ -17,7 +17,8 @@ constexpr int kIconGap = 6;
 constexpr int kPaddingX = 12;
 constexpr int kPaddingY = 6;
 
-void fillCapsule(QPainter& painter, const QRectF& bounds, const QColor& fill, const QColor& stroke) {
+void fillCapsule(QPainter& painter, const QRectF& bounds, const QColor& fill,
+                 const QColor& stroke) {
   QPainterPath path;
   const qreal radius = bounds.height() / 2.0;
   path.addRoundedRect(bounds, radius, radius);
@@ -30,8 +31,7 @@ void fillCapsule(QPainter& painter, const QRectF& bounds, const QColor& fill, co
 
 }  // namespace
 
-PillButton::PillButton(const QString& text, std::string symbolName, Accent accent,
-                       QWidget* parent)
+PillButton::PillButton(const QString& text, std::string symbolName, Accent accent, QWidget* parent)
     : QAbstractButton(parent), symbolName_(std::move(symbolName)), accent_(accent) {
   setText(text);
   setCursor(Qt::PointingHandCursor);
@@ -95,7 +95,8 @@ void PillButton::paintEvent(QPaintEvent*) {
   const bool active = hovered_ && !muted_ && isEnabled();
   qreal fillAlpha = muted_ ? 0.06 : (active ? 0.22 : 0.12);
   if (isDown() && !muted_) fillAlpha = 0.30;
-  if (opaque_) fillCapsule(painter, QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), cardFill(palette()), {});
+  if (opaque_)
+    fillCapsule(painter, QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), cardFill(palette()), {});
   fillCapsule(painter, QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), withAlpha(color, fillAlpha),
               withAlpha(color, active ? 0.45 : 0.22));
   if (hasFocus()) {
@@ -117,7 +118,8 @@ void PillButton::paintEvent(QPaintEvent*) {
     painter.setFont(bold);
     painter.setPen(textColor);
     const int advance = QFontMetrics(bold).horizontalAdvance(countText());
-    painter.drawText(QRectF(x, 0, advance, height()), Qt::AlignVCenter | Qt::AlignLeft, countText());
+    painter.drawText(QRectF(x, 0, advance, height()), Qt::AlignVCenter | Qt::AlignLeft,
+                     countText());
     x += advance + kIconGap;
   }
   painter.setFont(font());

@@ -16,8 +16,7 @@ class PillButton : public QAbstractButton {
   Q_OBJECT
 
  public:
-  PillButton(const QString& text, std::string symbolName, Accent accent,
-             QWidget* parent = nullptr);
+  PillButton(const QString& text, std::string symbolName, Accent accent, QWidget* parent = nullptr);
 
   /// A bold number drawn before the text ("2 Caution").
   void setCount(qint64 count);

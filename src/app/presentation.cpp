@@ -36,10 +36,15 @@ constexpr std::array<std::string_view, 8> kCameraEssentials{
 constexpr std::array<std::string_view, 7> kVideoEssentials{
     "Duration", "Dimensions", "Orientation", "Frame Rate", "Codec", "Video Tracks", "Audio Tracks"};
 
-constexpr std::array<std::string_view, 9> kContainerHighlightLabels{
-    "Images",          "Videos",          "Audio",
-    "Documents",       "Hidden Items",    "Nested Archives",
-    "Executable Content", "Double Extensions", "Flagged Names"};
+constexpr std::array<std::string_view, 9> kContainerHighlightLabels{"Images",
+                                                                    "Videos",
+                                                                    "Audio",
+                                                                    "Documents",
+                                                                    "Hidden Items",
+                                                                    "Nested Archives",
+                                                                    "Executable Content",
+                                                                    "Double Extensions",
+                                                                    "Flagged Names"};
 
 template <std::size_t N>
 bool contains(const std::array<std::string_view, N>& list, std::string_view text) {
@@ -84,8 +89,9 @@ SplitRows splitRows(const InsightSection& section, DetailKind kind) {
 
 DetailTexts detailTexts(DetailKind kind, bool expanded) {
   if (kind == DetailKind::camera) {
-    return expanded ? DetailTexts{"Full EXIF view", "Show Less", "Hide deeper camera metadata"}
-                    : DetailTexts{"Camera essentials", "Dive Deeper", "Reveal deeper camera metadata"};
+    return expanded
+               ? DetailTexts{"Full EXIF view", "Show Less", "Hide deeper camera metadata"}
+               : DetailTexts{"Camera essentials", "Dive Deeper", "Reveal deeper camera metadata"};
   }
   return expanded ? DetailTexts{"Full stream view", "Show Less", "Hide deeper video metadata"}
                   : DetailTexts{"Video essentials", "Dive Deeper", "Reveal deeper video metadata"};

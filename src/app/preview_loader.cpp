@@ -86,9 +86,8 @@ void CachedFilePreview::setItem(const std::filesystem::path& url, std::string fa
   }
   const QSize maxPixels = kPreviewBox * devicePixelRatioF();
   // The task gets copies only: it may outlive this widget.
-  watcher_.setFuture(QtConcurrent::run([path = url_, maxPixels] {
-    return loadPreviewImage(path, false, maxPixels);
-  }));
+  watcher_.setFuture(QtConcurrent::run(
+      [path = url_, maxPixels] { return loadPreviewImage(path, false, maxPixels); }));
 }
 
 void CachedFilePreview::showLoaded() {

@@ -65,8 +65,9 @@ PrivacyCard::PrivacyCard(const std::vector<PrivacyFinding>& findings, QWidget* p
   const SeverityCounts counts = severityCounts(findings);
   for (const PrivacyLevel level : {PrivacyLevel::notice, PrivacyLevel::sensitive}) {
     if (counts.of(level) < 1) continue;
-    auto* badge = new Badge(QStringLiteral("%1 %2").arg(counts.of(level)).arg(qText(badgeText(level))),
-                            accentForLevel(level), this);
+    auto* badge =
+        new Badge(QStringLiteral("%1 %2").arg(counts.of(level)).arg(qText(badgeText(level))),
+                  accentForLevel(level), this);
     badge->setObjectName(QStringLiteral("countBadge"));
     header->addWidget(badge);
   }
@@ -80,13 +81,15 @@ PrivacyCard::PrivacyCard(const std::vector<PrivacyFinding>& findings, QWidget* p
 
 QStringList PrivacyCard::countTexts() const {
   QStringList texts;
-  for (const Badge* badge : findChildren<Badge*>(QStringLiteral("countBadge"))) texts << badge->text();
+  for (const Badge* badge : findChildren<Badge*>(QStringLiteral("countBadge")))
+    texts << badge->text();
   return texts;
 }
 
 QStringList PrivacyCard::findingBadges() const {
   QStringList texts;
-  for (const Badge* badge : findChildren<Badge*>(QStringLiteral("findingBadge"))) texts << badge->text();
+  for (const Badge* badge : findChildren<Badge*>(QStringLiteral("findingBadge")))
+    texts << badge->text();
   return texts;
 }
 

@@ -8,8 +8,8 @@
 #include <QContextMenuEvent>
 #include <QLabel>
 #include <QMenu>
-#include <QPainter>
 #include <QPaintEvent>
+#include <QPainter>
 #include <QTextLayout>
 #include <QVBoxLayout>
 
@@ -85,7 +85,8 @@ class DisclosureHeader final : public QAbstractButton {
     painter.restore();
     painter.setFont(scaledFont(font(), 1.1, QFont::DemiBold));
     painter.setPen(palette().color(QPalette::WindowText));
-    painter.drawText(QRect(40, 0, width() - 56, height()), Qt::AlignVCenter | Qt::AlignLeft, text());
+    painter.drawText(QRect(40, 0, width() - 56, height()), Qt::AlignVCenter | Qt::AlignLeft,
+                     text());
     painter.setFont(font());
     painter.setPen(secondary);
     painter.drawText(QRect(40, 0, width() - 58, height()), Qt::AlignVCenter | Qt::AlignRight,
@@ -188,7 +189,8 @@ void RawMetadataList::paintEvent(QPaintEvent* event) {
     painter.setPen(keyColor);
     row.key->draw(&painter, QPointF(kRowPaddingX, row.top + kRowPaddingY));
     painter.setPen(valueColor);
-    row.value->draw(&painter, QPointF(kRowPaddingX + keyWidth + kColumnGap, row.top + kRowPaddingY));
+    row.value->draw(&painter,
+                    QPointF(kRowPaddingX + keyWidth + kColumnGap, row.top + kRowPaddingY));
   }
 }
 
@@ -199,8 +201,9 @@ void RawMetadataList::contextMenuEvent(QContextMenuEvent* event) {
   QMenu menu(this);
   menu.addAction(QStringLiteral("Copy Value"), this,
                  [value] { QApplication::clipboard()->setText(value); });
-  menu.addAction(QStringLiteral("Copy Key and Value"), this,
-                 [key, value] { QApplication::clipboard()->setText(key + QStringLiteral(": ") + value); });
+  menu.addAction(QStringLiteral("Copy Key and Value"), this, [key, value] {
+    QApplication::clipboard()->setText(key + QStringLiteral(": ") + value);
+  });
   menu.exec(event->globalPos());
 }
 

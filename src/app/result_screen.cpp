@@ -38,7 +38,7 @@ QString qText(std::string_view text) {
 QString anchorName(std::string_view anchor) { return qText(anchor); }
 
 QPushButton* makeActionButton(const QString& text, std::string_view symbol, const QString& help,
-                          QWidget* parent) {
+                              QWidget* parent) {
   auto* button = new QPushButton(text, parent);
   setButtonSymbol(button, symbol);
   button->setToolTip(help);
@@ -137,15 +137,16 @@ void ResultScreen::buildTopCard(QVBoxLayout* column) {
   auto* actions = new QHBoxLayout;
   actions->setSpacing(8);
   auto* compare = makeActionButton(QStringLiteral("Compare"), "arrow.left.arrow.right",
-                               QStringLiteral("Compare this file with another file"), topCard_);
-  auto* cleanCopy = makeActionButton(QStringLiteral("Create Clean Copy"), "sparkles",
-                                 QStringLiteral("Save a copy of this image with privacy metadata removed"),
-                                 topCard_);
-  auto* save = makeActionButton(QStringLiteral("Save Report"), "square.and.arrow.down", QString(), topCard_);
+                                   QStringLiteral("Compare this file with another file"), topCard_);
+  auto* cleanCopy = makeActionButton(
+      QStringLiteral("Create Clean Copy"), "sparkles",
+      QStringLiteral("Save a copy of this image with privacy metadata removed"), topCard_);
+  auto* save =
+      makeActionButton(QStringLiteral("Save Report"), "square.and.arrow.down", QString(), topCard_);
   // Wired up together with comparison, clean copy and report saving.
   for (QPushButton* pending : {compare, cleanCopy, save}) pending->setEnabled(false);
   auto* another = makeActionButton(QStringLiteral("Inspect Another File"), "arrow.counterclockwise",
-                               QString(), topCard_);
+                                   QString(), topCard_);
   another->setDefault(true);
   connect(another, &QPushButton::clicked, this, &ResultScreen::inspectAnotherRequested);
   actions->addStretch(1);
@@ -194,7 +195,8 @@ void ResultScreen::rebuild() {
                           : kind == DetailKind::video ? presentation_.showVideoDetails
                                                       : false;
     auto* card = new SectionCard(section, expanded, body_);
-    connect(card, &SectionCard::detailsToggleRequested, this, &ResultScreen::detailsToggleRequested);
+    connect(card, &SectionCard::detailsToggleRequested, this,
+            &ResultScreen::detailsToggleRequested);
     connect(card, &SectionCard::inspectFurtherRequested, this,
             [this, card] { emit inspectFurtherRequested(card->section()); });
     connect(card, &SectionCard::detailButtonHoverChanged, this, [this, card](bool hovered) {
@@ -207,7 +209,8 @@ void ResultScreen::rebuild() {
   rawBlock_ = new RawMetadataBlock(result_->rawMetadata, body_);
   rawBlock_->setObjectName(QStringLiteral("rawMetadata"));
   rawBlock_->setExpanded(presentation_.showRawMetadata);
-  connect(rawBlock_, &RawMetadataBlock::toggleRequested, this, &ResultScreen::rawMetadataToggleRequested);
+  connect(rawBlock_, &RawMetadataBlock::toggleRequested, this,
+          &ResultScreen::rawMetadataToggleRequested);
   layout->addWidget(rawBlock_);
 }
 
@@ -223,9 +226,10 @@ QWidget* ResultScreen::buildSummaryCard(QWidget* parent) {
 
   const Verdict verdict = verdictFor(result_->privacyFindings);
   const Accent accent = accentForVerdict(verdict.level);
-  const std::string_view symbol = verdict.level == VerdictLevel::info      ? "checkmark.circle.fill"
-                                  : verdict.level == VerdictLevel::caution ? "info.circle.fill"
-                                                                           : "exclamationmark.triangle.fill";
+  const std::string_view symbol = verdict.level == VerdictLevel::info ? "checkmark.circle.fill"
+                                  : verdict.level == VerdictLevel::caution
+                                      ? "info.circle.fill"
+                                      : "exclamationmark.triangle.fill";
   auto* row = new QHBoxLayout;
   row->setSpacing(10);
   row->addWidget(new SymbolView(std::string(symbol), accent, 26, card));
@@ -236,7 +240,8 @@ QWidget* ResultScreen::buildSummaryCard(QWidget* parent) {
   row->addWidget(verdict_, 1);
 
   const SeverityCounts counts = severityCounts(result_->privacyFindings);
-  for (const PrivacyLevel level : {PrivacyLevel::neutral, PrivacyLevel::notice, PrivacyLevel::sensitive}) {
+  for (const PrivacyLevel level :
+       {PrivacyLevel::neutral, PrivacyLevel::notice, PrivacyLevel::sensitive}) {
     const std::int64_t count = counts.of(level);
     auto* pill = new PillButton(qText(countLabel(level)), "", accentForLevel(level), card);
     pill->setCount(count);
@@ -295,7 +300,8 @@ void ResultScreen::setRawMetadataShown(bool shown) {
 }
 
 void ResultScreen::setDetailsShown(DetailKind kind, bool shown) {
-  (kind == DetailKind::camera ? presentation_.showCameraDetails : presentation_.showVideoDetails) = shown;
+  (kind == DetailKind::camera ? presentation_.showCameraDetails : presentation_.showVideoDetails) =
+      shown;
   for (SectionCard* card : sectionCards()) {
     if (card->detailKind() == kind) card->setDetailsExpanded(shown);
   }
@@ -310,7 +316,8 @@ bool ResultScreen::scrollToAnchor(const QString& anchor, bool animated) {
   QWidget* target = anchorWidget(anchor);
   if (!target) return false;
   QScrollBar* bar = scroll_->verticalScrollBar();
-  const int y = target == topCard_ ? 0 : target->mapTo(scroll_->widget(), QPoint(0, 0)).y() - kAnchorMargin;
+  const int y =
+      target == topCard_ ? 0 : target->mapTo(scroll_->widget(), QPoint(0, 0)).y() - kAnchorMargin;
   const int value = qBound(bar->minimum(), y, bar->maximum());
   scrollAnimation_->stop();
   if (!animated) {
@@ -344,8 +351,8 @@ void ResultScreen::setReturnToTopShown(bool shown) {
 
 void ResultScreen::placeReturnToTop() {
   const QSize hint = returnToTop_->sizeHint();
-  returnToTop_->setGeometry(width() - hint.width() - 32, height() - hint.height() - 20, hint.width(),
-                            hint.height());
+  returnToTop_->setGeometry(width() - hint.width() - 32, height() - hint.height() - 20,
+                            hint.width(), hint.height());
 }
 
 void ResultScreen::resizeEvent(QResizeEvent* event) {

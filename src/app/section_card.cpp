@@ -69,8 +69,8 @@ void SectionCard::buildHeader(QVBoxLayout* layout) {
     caption_ = quietLabel(qText(texts.caption), this);
     caption_->setObjectName(QStringLiteral("detailCaption"));
     header->addWidget(caption_);
-    detailButton_ = new PillButton(qText(texts.button), detailsExpanded_ ? "chevron.up" : "chevron.down",
-                                   accent, this);
+    detailButton_ = new PillButton(qText(texts.button),
+                                   detailsExpanded_ ? "chevron.up" : "chevron.down", accent, this);
     detailButton_->setObjectName(QStringLiteral("detailButton"));
     detailButton_->setToolTip(qText(texts.help));
     const DetailKind kind = *detailKind_;
@@ -86,8 +86,8 @@ void SectionCard::buildHeader(QVBoxLayout* layout) {
     inspectFurtherButton_->setObjectName(QStringLiteral("inspectFurtherButton"));
     inspectFurtherButton_->setTrailingSymbol("chevron.right");
     inspectFurtherButton_->setFont(scaledFont(font(), 1.0, QFont::DemiBold));
-    inspectFurtherButton_->setToolTip(QStringLiteral(
-        "Explain what Lumenscribe found and why the health check is uncertain"));
+    inspectFurtherButton_->setToolTip(
+        QStringLiteral("Explain what Lumenscribe found and why the health check is uncertain"));
     connect(inspectFurtherButton_, &QAbstractButton::clicked, this,
             &SectionCard::inspectFurtherRequested);
     header->addWidget(inspectFurtherButton_);

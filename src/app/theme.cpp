@@ -33,7 +33,8 @@ AccentPair accentPair(Accent accent) {
 }  // namespace
 
 bool isDark(const QPalette& palette) {
-  return palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
+  return palette.color(QPalette::Window).lightness() <
+         palette.color(QPalette::WindowText).lightness();
 }
 
 QColor accentColor(Accent accent, const QPalette& palette) {

@@ -1,11 +1,12 @@
 // SPDX-FileCopyrightText: 2026 Lumenscribe Project
 // SPDX-License-Identifier: MIT
+#include "app/about_window.h"
+
 #include <QLabel>
 #include <QPushButton>
 #include <QScreen>
 #include <QtTest>
 
-#include "app/about_window.h"
 #include "app/lumenscribe_app.h"
 #include "app/pills.h"
 #include "lumenscribe/product.h"
@@ -20,8 +21,9 @@ class AboutWindowTest : public QObject {
     QCOMPARE(versionText("2.3", std::nullopt), QStringLiteral("Version 2.3 (1)"));
     QCOMPARE(versionText(std::nullopt, std::nullopt), QStringLiteral("Version 1.0 (1)"));
     QCOMPARE(versionText("2.3", "45"), QStringLiteral("Version 2.3 (45)"));
-    QCOMPARE(versionText(), QStringLiteral("Version %1 (%2)")
-                                .arg(lumenscribe::product::version, lumenscribe::product::buildNumber));
+    QCOMPARE(versionText(),
+             QStringLiteral("Version %1 (%2)")
+                 .arg(lumenscribe::product::version, lumenscribe::product::buildNumber));
   }
 
   void thereIsAtMostOneAboutWindow() {
@@ -38,13 +40,15 @@ class AboutWindowTest : public QObject {
     QCOMPARE(first->windowTitle(), QStringLiteral("About Lumenscribe"));
     QCOMPARE(first->size(), QSize(540, 500));
     QCOMPARE(first->minimumSize(), first->maximumSize());
-    QVERIFY(!(first->windowFlags() & (Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint)));
+    QVERIFY(
+        !(first->windowFlags() & (Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint)));
     QCOMPARE(first->findChild<QLabel*>("versionLine")->text(), versionText());
     QStringList pills;
     for (const FeaturePill* pill : first->findChildren<FeaturePill*>()) {
       pills << pill->title() + " " + QString::fromStdString(pill->systemImage());
     }
-    QCOMPARE(pills, (QStringList{"Local macbook", "Private lock.shield", "Plain English text.bubble"}));
+    QCOMPARE(pills,
+             (QStringList{"Local macbook", "Private lock.shield", "Plain English text.bubble"}));
 
     // "Done" closes it; the next request makes a fresh, centred window.
     first->view()->doneButton()->click();
@@ -54,7 +58,11 @@ class AboutWindowTest : public QObject {
     QVERIFY(second);
     const QPoint centre = second->screen()->availableGeometry().center();
     QVERIFY2((second->frameGeometry().center() - centre).manhattanLength() <= 4,
-             qPrintable(QStringLiteral("%1,%2 vs %3,%4").arg(second->frameGeometry().center().x()).arg(second->frameGeometry().center().y()).arg(centre.x()).arg(centre.y())));
+             qPrintable(QStringLiteral("%1,%2 vs %3,%4")
+                            .arg(second->frameGeometry().center().x())
+                            .arg(second->frameGeometry().center().y())
+                            .arg(centre.x())
+                            .arg(centre.y())));
     second->close();
     QTRY_VERIFY(!app.aboutWindow());
   }

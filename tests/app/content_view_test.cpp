@@ -1,18 +1,20 @@
 // SPDX-FileCopyrightText: 2026 Lumenscribe Project
 // SPDX-License-Identifier: MIT
 // The window's drop and inspection lifecycle, run against the real engine.
+#include "app/content_view.h"
+
+#include <sys/stat.h>
+
 #include <QAbstractButton>
 #include <QLabel>
-#include <QThreadPool>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPushButton>
 #include <QTemporaryDir>
+#include <QThreadPool>
 #include <QUrl>
 #include <QtTest>
-#include <sys/stat.h>
 
-#include "app/content_view.h"
 #include "app/drop_screen.h"
 #include "app/health_sheet.h"
 #include "app/pills.h"
@@ -68,7 +70,8 @@ class ContentViewTest : public QObject {
     QVERIFY(state.result);
     QVERIFY(view.isShowingResult());
     QStringList expected;
-    for (const InsightSection& section : state.result->sections) expected << QString::fromStdString(section.title);
+    for (const InsightSection& section : state.result->sections)
+      expected << QString::fromStdString(section.title);
     QVERIFY(expected.size() >= 2);
     QCOMPARE(titlesOf(view.resultScreen()->sectionCards()), expected);
     QCOMPARE(view.resultScreen()->findChild<QLabel*>("detailCount")->text(),
@@ -79,7 +82,8 @@ class ContentViewTest : public QObject {
     QCOMPARE(pills[1]->toolTip(), QStringLiteral("No caution findings"));
     QCOMPARE(pills[2]->toolTip(), QStringLiteral("No warning findings"));
     QVERIFY(view.resultScreen()->privacyCard()->countTexts().isEmpty());
-    QCOMPARE(view.resultScreen()->verdictLabel()->text(), QStringLiteral("No obvious concerns found"));
+    QCOMPARE(view.resultScreen()->verdictLabel()->text(),
+             QStringLiteral("No obvious concerns found"));
   }
 
   void severalItemsOrAForeignLocationGiveTheirMessageAndChangeNothing() {
@@ -87,10 +91,12 @@ class ContentViewTest : public QObject {
     QVERIFY(inspectAndWait(view, fixture("notes.txt")));
     const Uuid shown = view.state().result->id;
 
-    QVERIFY(view.handleDrop(*dropOf({fileUrl(fixture("notes.txt")), fileUrl(fixture("empty.txt"))})));
+    QVERIFY(
+        view.handleDrop(*dropOf({fileUrl(fixture("notes.txt")), fileUrl(fixture("empty.txt"))})));
     QVERIFY(!view.state().isInspecting);
-    QCOMPARE(view.state().errorMessage.value_or(QString()),
-             QStringLiteral("Lumenscribe inspects one item at a time. Drop a single file or folder."));
+    QCOMPARE(
+        view.state().errorMessage.value_or(QString()),
+        QStringLiteral("Lumenscribe inspects one item at a time. Drop a single file or folder."));
     QVERIFY(view.alert());
     QCOMPARE(view.alert()->windowTitle(), QStringLiteral("Lumenscribe"));
     QCOMPARE(view.alert()->text(), *view.state().errorMessage);
@@ -117,7 +123,7 @@ class ContentViewTest : public QObject {
     QVERIFY(view.handleDrop(*dropOf({fileUrl(fixture("photo_gps.jpg"))})));
     QVERIFY(view.state().isInspecting);
     QVERIFY(view.handleDrop(*dropOf({fileUrl(fixture("notes.txt"))})));
-    QVERIFY(view.handleDrop(*dropOf({QUrl(QStringLiteral("https://example.org/"))})) );
+    QVERIFY(view.handleDrop(*dropOf({QUrl(QStringLiteral("https://example.org/"))})));
     QVERIFY(finished.wait(20000));
     QTest::qWait(100);
     QCOMPARE(finished.count(), 1);
@@ -134,7 +140,8 @@ class ContentViewTest : public QObject {
     const Uuid shown = view.state().result->id;
 
     QVERIFY(inspectAndWait(view, fixture("no-such-file.txt")));
-    QCOMPARE(view.state().errorMessage.value_or(QString()), QStringLiteral("No such file or directory"));
+    QCOMPARE(view.state().errorMessage.value_or(QString()),
+             QStringLiteral("No such file or directory"));
     QVERIFY(view.alert() && view.alert()->isVisible());
     QCOMPARE(view.state().result->id, shown);
     QVERIFY(view.isShowingResult());
@@ -195,7 +202,8 @@ class ContentViewTest : public QObject {
     HealthSheet* sheet = view.healthSheet();
     QVERIFY(sheet && sheet->isVisible());
     QCOMPARE(sheet->findChild<QLabel*>("assessment")->text(), QStringLiteral("Empty file"));
-    QVERIFY(sheet->findChild<QLabel*>("meaning")->text().startsWith("The file contains zero bytes."));
+    QVERIFY(
+        sheet->findChild<QLabel*>("meaning")->text().startsWith("The file contains zero bytes."));
     sheet->accept();
     QVERIFY(!view.state().healthSectionForInspection);
 
@@ -210,7 +218,8 @@ class ContentViewTest : public QObject {
     view.show();
     QVERIFY(QTest::qWaitForWindowExposed(&view));
     const auto data = dropOf({fileUrl(fixture("notes.txt"))});
-    QDragEnterEvent enter(QPoint(400, 300), Qt::CopyAction, data.get(), Qt::LeftButton, Qt::NoModifier);
+    QDragEnterEvent enter(QPoint(400, 300), Qt::CopyAction, data.get(), Qt::LeftButton,
+                          Qt::NoModifier);
     QApplication::sendEvent(&view, &enter);
     QVERIFY(enter.isAccepted());
     QVERIFY(view.state().isTargeted);

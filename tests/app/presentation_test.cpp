@@ -1,11 +1,12 @@
 // SPDX-FileCopyrightText: 2026 Lumenscribe Project
 // SPDX-License-Identifier: MIT
 // The window's naming and choosing rules: anchors, accents, preview icons, the icon table.
+#include "app/presentation.h"
+
 #include <QtTest>
 
 #include "app/icon_map.h"
 #include "app/icons.h"
-#include "app/presentation.h"
 #include "platform/mime_database.h"
 
 using namespace lumenscribe;
@@ -82,13 +83,30 @@ class PresentationTest : public QObject {
     QCOMPARE(lucideNameFor("no.such.symbol"), lucideNameFor("doc.fill"));
     QVERIFY(hasSymbolIcon("no.such.symbol"));
     // Every icon the result model and the window name is in the table.
-    for (const char* used : {"doc.fill", "folder.fill", "fingerprint", "location.fill", "camera.fill",
-                             "photo.fill", "person.text.rectangle.fill", "film.fill", "waveform",
-                             "music.note.list", "text.alignleft", "doc.richtext.fill",
-                             "rectangle.stack.fill", "doc.text.magnifyingglass", "info.square.fill",
-                             "arrow.down.doc.fill", "archivebox.fill", "folder.badge.gearshape",
-                             "list.bullet.indent", "checkmark.shield.fill", "checkmark.seal.fill",
-                             "exclamationmark.triangle.fill", "stethoscope", "sparkles"}) {
+    for (const char* used : {"doc.fill",
+                             "folder.fill",
+                             "fingerprint",
+                             "location.fill",
+                             "camera.fill",
+                             "photo.fill",
+                             "person.text.rectangle.fill",
+                             "film.fill",
+                             "waveform",
+                             "music.note.list",
+                             "text.alignleft",
+                             "doc.richtext.fill",
+                             "rectangle.stack.fill",
+                             "doc.text.magnifyingglass",
+                             "info.square.fill",
+                             "arrow.down.doc.fill",
+                             "archivebox.fill",
+                             "folder.badge.gearshape",
+                             "list.bullet.indent",
+                             "checkmark.shield.fill",
+                             "checkmark.seal.fill",
+                             "exclamationmark.triangle.fill",
+                             "stethoscope",
+                             "sparkles"}) {
       QVERIFY2(lucideNameFor(used) != "file" || std::string_view(used) == "doc.fill", used);
     }
   }
@@ -97,7 +115,8 @@ class PresentationTest : public QObject {
     QCOMPARE(severityHelpText(PrivacyLevel::notice, 0), std::string("No caution findings"));
     QCOMPARE(severityHelpText(PrivacyLevel::neutral, 0), std::string("No info findings"));
     QCOMPARE(severityHelpText(PrivacyLevel::sensitive, 0), std::string("No warning findings"));
-    QCOMPARE(severityHelpText(PrivacyLevel::sensitive, 3), std::string("Jump to Sharing & Privacy"));
+    QCOMPARE(severityHelpText(PrivacyLevel::sensitive, 3),
+             std::string("Jump to Sharing & Privacy"));
   }
 };
 

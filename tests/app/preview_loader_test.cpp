@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Lumenscribe Project
 // SPDX-License-Identifier: MIT
 // The top card's preview: pictures, PDF page 0, and everything that has none.
+#include "app/preview_loader.h"
+
 #include <QPainter>
 #include <QPdfWriter>
 #include <QProcess>
@@ -8,7 +10,6 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-#include "app/preview_loader.h"
 #include "app_test_support.h"
 
 using namespace lumenscribe::app;
@@ -104,7 +105,8 @@ class PreviewLoaderTest : public QObject {
     QCOMPARE(preview.fallbackSymbol(), std::string("doc.text.fill"));
     preview.setItem(std::filesystem::path(LUMENSCRIBE_APP_FIXTURES_DIR), "folder.fill", true);
     QVERIFY(!preview.renderedPreview());
-    QCOMPARE(preview.loadedUrl(), std::optional(std::filesystem::path(LUMENSCRIBE_APP_FIXTURES_DIR)));
+    QCOMPARE(preview.loadedUrl(),
+             std::optional(std::filesystem::path(LUMENSCRIBE_APP_FIXTURES_DIR)));
   }
 };
 

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 // The result screen drawn from results built by hand, for the cases no fixture produces
 // yet (camera and video sections, container inventories, doubtful health, many findings).
+#include "app/result_screen.h"
+
 #include <QApplication>
 #include <QLabel>
 #include <QScrollArea>
@@ -11,7 +13,6 @@
 #include "app/pills.h"
 #include "app/privacy_card.h"
 #include "app/raw_metadata_block.h"
-#include "app/result_screen.h"
 #include "app/section_card.h"
 #include "app_test_support.h"
 
@@ -22,8 +23,7 @@ using lumenscribe::app::testing::section;
 namespace {
 
 LumenscribeResult resultWith(std::vector<InsightSection> sections,
-                             std::vector<PrivacyFinding> findings = {},
-                             RawMetadata raw = {}) {
+                             std::vector<PrivacyFinding> findings = {}, RawMetadata raw = {}) {
   std::vector<std::string> items;
   std::int64_t count = 0;
   for (const InsightSection& s : sections) {
@@ -31,7 +31,8 @@ LumenscribeResult resultWith(std::vector<InsightSection> sections,
     count += static_cast<std::int64_t>(s.rows.size());
   }
   if (findings.empty()) {
-    findings.emplace_back("No obvious high-interest metadata found", "Nothing.", PrivacyLevel::neutral);
+    findings.emplace_back("No obvious high-interest metadata found", "Nothing.",
+                          PrivacyLevel::neutral);
   }
   return LumenscribeResult("/tmp/made-by-hand.jpg", "made-by-hand.jpg", "JPEG image", count, items,
                            std::move(sections), std::move(findings), std::move(raw));
@@ -39,9 +40,13 @@ LumenscribeResult resultWith(std::vector<InsightSection> sections,
 
 InsightSection cameraSection() {
   return section("Camera", "camera.fill",
-                 {{"Exposure Program", "Aperture priority"}, {"Camera", "FX-100"},
-                  {"Make", "Fixture Optics"}, {"Metering Mode", "Pattern"}, {"ISO", "100"},
-                  {"Flash", "Off"}, {"Captured", "Jun 1, 2024"}});
+                 {{"Exposure Program", "Aperture priority"},
+                  {"Camera", "FX-100"},
+                  {"Make", "Fixture Optics"},
+                  {"Metering Mode", "Pattern"},
+                  {"ISO", "100"},
+                  {"Flash", "Off"},
+                  {"Captured", "Jun 1, 2024"}});
 }
 
 QStringList texts(const QList<PillButton*>& pills) {
@@ -59,11 +64,12 @@ class ResultScreenTest : public QObject {
   void sectionsKeepTheResultsOrderUnderTheirAnchors() {
     ResultScreen screen;
     screen.resize(960, 700);
-    screen.showResult(resultWith({section("File", "doc.fill", {{"Name", "a"}}),
-                                  section("Identity & Integrity", "fingerprint",
-                                          {{"SHA-256", "ab12"}, {"Owner", "me"}}),
-                                  section("Software / Tools", "no.such.symbol", {{"Software", "x"}})}),
-                      {});
+    screen.showResult(
+        resultWith(
+            {section("File", "doc.fill", {{"Name", "a"}}),
+             section("Identity & Integrity", "fingerprint", {{"SHA-256", "ab12"}, {"Owner", "me"}}),
+             section("Software / Tools", "no.such.symbol", {{"Software", "x"}})}),
+        {});
     QStringList anchors;
     for (const SectionCard* card : screen.sectionCards()) anchors << card->objectName();
     QCOMPARE(anchors, (QStringList{"section-file", "section-identity-and-integrity",
@@ -73,17 +79,21 @@ class ResultScreenTest : public QObject {
              (QStringList{"Digital Fingerprint (SHA-256)", "Owner"}));
     QCOMPARE(texts(screen.summaryPills()),
              (QStringList{"File", "Identity & Integrity", "Software / Tools"}));
-    QCOMPARE(screen.summaryPills().at(1)->toolTip(), QStringLiteral("Jump to Identity & Integrity"));
+    QCOMPARE(screen.summaryPills().at(1)->toolTip(),
+             QStringLiteral("Jump to Identity & Integrity"));
     QVERIFY(screen.anchorWidget("pageTop"));
     QVERIFY(screen.anchorWidget("sharingPrivacy"));
   }
 
   void cameraAndVideoShowTheirEssentialsUntilExpanded() {
     ResultScreen screen;
-    const InsightSection video =
-        section("Video", "film.fill",
-                {{"Bit Rate", "4 Mbps"}, {"Duration", "0:10"}, {"Codec", "avc1"},
-                 {"Color Primaries", "bt709"}, {"Video Tracks", "1"}, {"Audio Tracks", "0"}});
+    const InsightSection video = section("Video", "film.fill",
+                                         {{"Bit Rate", "4 Mbps"},
+                                          {"Duration", "0:10"},
+                                          {"Codec", "avc1"},
+                                          {"Color Primaries", "bt709"},
+                                          {"Video Tracks", "1"},
+                                          {"Audio Tracks", "0"}});
     screen.showResult(resultWith({cameraSection(), video}), {});
     SectionCard* camera = screen.sectionCard("Camera");
     QCOMPARE(camera->visibleRowLabels(), (QStringList{"Camera", "Make", "ISO", "Captured"}));
@@ -97,8 +107,9 @@ class ResultScreenTest : public QObject {
     QCOMPARE(toggled.at(0).at(0).value<DetailKind>(), DetailKind::camera);
     // The window answers by expanding the camera card only.
     screen.setDetailsShown(DetailKind::camera, true);
-    QCOMPARE(camera->visibleRowLabels(), (QStringList{"Camera", "Make", "ISO", "Captured",
-                                                      "Exposure Program", "Metering Mode", "Flash"}));
+    QCOMPARE(camera->visibleRowLabels(),
+             (QStringList{"Camera", "Make", "ISO", "Captured", "Exposure Program", "Metering Mode",
+                          "Flash"}));
     QCOMPARE(camera->captionLabel()->text(), QStringLiteral("Full EXIF view"));
     QCOMPARE(camera->detailButton()->text(), QStringLiteral("Show Less"));
     QCOMPARE(camera->detailButton()->toolTip(), QStringLiteral("Hide deeper camera metadata"));
@@ -116,8 +127,9 @@ class ResultScreenTest : public QObject {
 
   void inspectFurtherIsOfferedOnlyForDoubtfulHealth() {
     const auto health = [](const char* assessment) {
-      return section("File Health", "stethoscope",
-                     {{"Assessment", assessment}, {"Readable", "Yes"}, {"Image Structure", "Decode failed"}});
+      return section(
+          "File Health", "stethoscope",
+          {{"Assessment", assessment}, {"Readable", "Yes"}, {"Image Structure", "Decode failed"}});
     };
     ResultScreen screen;
     screen.showResult(resultWith({health("Looks intact")}), {});
@@ -127,8 +139,9 @@ class ResultScreenTest : public QObject {
     PillButton* button = screen.sectionCard("File Health")->inspectFurtherButton();
     QVERIFY(button);
     QCOMPARE(button->text(), QStringLiteral("Inspect Further"));
-    QCOMPARE(button->toolTip(),
-             QStringLiteral("Explain what Lumenscribe found and why the health check is uncertain"));
+    QCOMPARE(
+        button->toolTip(),
+        QStringLiteral("Explain what Lumenscribe found and why the health check is uncertain"));
     std::vector<InsightSection> requested;
     connect(&screen, &ResultScreen::inspectFurtherRequested, this,
             [&requested](const InsightSection& asked) { requested.push_back(asked); });
@@ -137,7 +150,8 @@ class ResultScreenTest : public QObject {
     QCOMPARE(requested.front().rows.front().value, "Possible damage");
 
     // A section of another title never offers it, whatever its rows say.
-    screen.showResult(resultWith({section("Other", "doc.fill", {{"Assessment", "Possible damage"}})}), {});
+    screen.showResult(
+        resultWith({section("Other", "doc.fill", {{"Assessment", "Possible damage"}})}), {});
     QVERIFY(!screen.sectionCard("Other")->inspectFurtherButton());
   }
 
@@ -164,7 +178,10 @@ class ResultScreenTest : public QObject {
     QScrollBar* bar = screen.scrollArea()->verticalScrollBar();
     QTest::mouseClick(pills[1], Qt::LeftButton);
     QTRY_VERIFY(bar->value() > 0);
-    QTRY_COMPARE(bar->value(), qMin(bar->maximum(), screen.privacyCard()->mapTo(screen.scrollArea()->widget(), QPoint()).y() - 12));
+    QTRY_COMPARE(
+        bar->value(),
+        qMin(bar->maximum(),
+             screen.privacyCard()->mapTo(screen.scrollArea()->widget(), QPoint()).y() - 12));
     // A muted pill goes nowhere.
     screen.scrollToAnchor("pageTop", false);
     QTest::mouseClick(pills[2], Qt::LeftButton);
@@ -175,10 +192,13 @@ class ResultScreenTest : public QObject {
   void containerCountsAreAlsoShownAsTiles() {
     ResultScreen screen;
     screen.showResult(resultWith({section("Safe Inspection", "checkmark.shield.fill",
-                                          {{"Hidden Items", "2"}, {"Total Items", "9"}, {"Images", "4"},
+                                          {{"Hidden Items", "2"},
+                                           {"Total Items", "9"},
+                                           {"Images", "4"},
                                            {"Double Extensions", "1"}})}),
                       {});
-    QWidget* tiles = screen.sectionCard("Safe Inspection")->findChild<QWidget*>("containerHighlights");
+    QWidget* tiles =
+        screen.sectionCard("Safe Inspection")->findChild<QWidget*>("containerHighlights");
     QVERIFY(tiles);
     QStringList shown;
     for (const QLabel* label : tiles->findChildren<QLabel*>()) shown << label->text();
@@ -191,12 +211,13 @@ class ResultScreenTest : public QObject {
     ResultScreen screen;
     screen.resize(960, 700);
     const std::string unbroken(700, 'f');
-    const std::string path = "/home/someone/" + std::string(40, 'x') + "/" + std::string(60, 'y') + ".jpg";
+    const std::string path =
+        "/home/someone/" + std::string(40, 'x') + "/" + std::string(60, 'y') + ".jpg";
     RawMetadata raw;
     for (int i = 0; i < 150; ++i) raw["Key " + std::to_string(1000 + i)] = std::string(i * 3, 'v');
-    screen.showResult(resultWith({section("File", "doc.fill", {{"Path", path}, {"Blob", unbroken}})},
-                                 {}, raw),
-                      {});
+    screen.showResult(
+        resultWith({section("File", "doc.fill", {{"Path", path}, {"Blob", unbroken}})}, {}, raw),
+        {});
     screen.show();
     QVERIFY(QTest::qWaitForWindowExposed(&screen));
     screen.setRawMetadataShown(true);

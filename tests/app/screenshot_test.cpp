@@ -14,8 +14,8 @@
 
 #include "app/about_window.h"
 #include "app/health_sheet.h"
-#include "app/pills.h"
 #include "app/lumenscribe_app.h"
+#include "app/pills.h"
 #include "app/preview_loader.h"
 #include "app/raw_metadata_block.h"
 #include "app/result_screen.h"
