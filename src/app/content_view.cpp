@@ -211,20 +211,27 @@ void ContentView::setErrorMessage(std::optional<QString> message) {
     alert_->setObjectName(QStringLiteral("errorAlert"));
     alert_->setAttribute(Qt::WA_DeleteOnClose);
     alert_->setWindowModality(Qt::WindowModal);
-    connect(alert_, &QMessageBox::finished, this, [this] { state_.errorMessage.reset(); });
+    // Forgotten as soon as it is answered: it deletes itself later, so a message arriving
+    // in between gets an alert of its own.
+    connect(alert_, &QMessageBox::finished, this, [this] {
+      state_.errorMessage.reset();
+      alert_.clear();
+    });
   }
   alert_->setText(*state_.errorMessage);
   alert_->open();
 }
 
 void ContentView::showHealthSheet(const InsightSection& section) {
-  state_.healthSectionForInspection = section;
   if (healthSheet_) healthSheet_->close();
+  state_.healthSectionForInspection = section;
   healthSheet_ = new HealthSheet(section, this);
   healthSheet_->setAttribute(Qt::WA_DeleteOnClose);
   healthSheet_->setWindowModality(Qt::WindowModal);
-  connect(healthSheet_, &QDialog::finished, this,
-          [this] { state_.healthSectionForInspection.reset(); });
+  connect(healthSheet_, &QDialog::finished, this, [this] {
+    state_.healthSectionForInspection.reset();
+    healthSheet_.clear();
+  });
   healthSheet_->open();
 }
 

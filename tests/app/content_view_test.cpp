@@ -103,13 +103,18 @@ class ContentViewTest : public QObject {
     QCOMPARE(view.state().result->id, shown);
     QVERIFY(view.isShowingResult());
 
-    // "OK" clears the message.
+    // "OK" clears the message; the next message gets a fresh alert at once, not the one
+    // that is on its way out.
     view.alert()->button(QMessageBox::Ok)->click();
     QVERIFY(!view.state().errorMessage);
+    QVERIFY(!view.alert());
 
     QVERIFY(view.handleDrop(*dropOf({QUrl(QStringLiteral("https://example.org/a.jpg"))})));
     QCOMPARE(view.state().errorMessage.value_or(QString()),
              QStringLiteral("Lumenscribe could not read this file."));
+    QVERIFY(view.alert());
+    QTest::qWait(20);  // deferred deletions run
+    QVERIFY(view.alert() && view.alert()->isVisible());
     QCOMPARE(view.state().result->id, shown);
     QVERIFY(!view.state().isInspecting);
 
