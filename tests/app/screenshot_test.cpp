@@ -101,6 +101,13 @@ class ScreenshotTest : public QObject {
     QTRY_VERIFY(screen->preview()->renderedPreview().has_value());
     save(window, "result-screen");
 
+    // The smallest window still fits everything across.
+    window->resize(window->minimumSizeHint());
+    QTRY_COMPARE(window->centralWidget()->size(), QSize(920, 640));
+    QVERIFY(screen->scrollArea()->widget()->width() <= screen->scrollArea()->viewport()->width());
+    save(window, "result-screen-smallest");
+    window->resize(1040, 820);
+
     // The whole result, top to bottom, with the raw metadata open.
     screen->rawMetadataBlock()->setExpanded(true);
     QWidget* content = screen->scrollArea()->widget();
