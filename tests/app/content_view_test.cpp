@@ -14,6 +14,7 @@
 #include <QThreadPool>
 #include <QUrl>
 #include <QtTest>
+#include <cstdio>
 
 #include "app/drop_screen.h"
 #include "app/health_sheet.h"
@@ -239,6 +240,25 @@ class ContentViewTest : public QObject {
     QApplication::sendEvent(&view, &plain);
     QVERIFY(!plain.isAccepted());
     QVERIFY(!view.state().isTargeted);
+  }
+
+  void aDroppedNameThatIsNotUtf8ArrivesByteForByte() {
+    QTemporaryDir folder;
+    const std::string name = "caf\xe9 notes.txt";  // Latin-1, as an old archive might hold it
+    const std::filesystem::path path = std::filesystem::path(folder.path().toStdString()) / name;
+    {
+      std::FILE* raw = std::fopen(path.c_str(), "w");
+      QVERIFY(raw);
+      std::fputs("hello\n", raw);
+      std::fclose(raw);
+    }
+    const QByteArray encoded = "file://" + QByteArray(path.c_str()).toPercentEncoding("/");
+    ContentView view;
+    QSignalSpy finished(&view, &ContentView::inspectionFinished);
+    QVERIFY(view.handleDrop(*dropOf({QUrl::fromEncoded(encoded)})));
+    QVERIFY(finished.wait(20000));
+    QVERIFY2(view.state().result, qPrintable(view.state().errorMessage.value_or(QString())));
+    QCOMPARE(view.state().result->url, path);
   }
 
   void closingDuringAnInspectionLeavesCleanly() {
