@@ -7,9 +7,12 @@
 #include <QIcon>
 #include <QMenuBar>
 #include <QScreen>
+#include <QTimer>
+#include <QtConcurrent/QtConcurrentRun>
 
 #include "app/about_window.h"
 #include "app/content_view.h"
+#include "platform/image_decoder.h"
 
 namespace lumenscribe::app {
 
@@ -47,6 +50,16 @@ LumenscribeApp::LumenscribeApp() {
 }
 
 LumenscribeApp::~LumenscribeApp() = default;
+
+void LumenscribeApp::warmUpDecoders() {
+  // The decoders load on first use, which would otherwise fall on the first drop. Loading
+  // them in the background once the window is up takes that wait off the user; nobody
+  // waits for the outcome (an inspection that needs them waits on the same load).
+  QTimer::singleShot(0, this, [] {
+    [[maybe_unused]] const QFuture<bool> loading =
+        QtConcurrent::run([] { return platform::initialiseVips(); });
+  });
+}
 
 void LumenscribeApp::showAboutWindow() {
   if (!about_) {

@@ -40,6 +40,9 @@ class LumenscribeApp : public QObject {
 
   /// Opens the About window, or brings the open one to the front.
   void showAboutWindow();
+  /// Loads the image and PDF decoders on a worker thread once the event loop runs.
+  void warmUpDecoders();
+
   /// The open About window; null when none is open.
   AboutWindow* aboutWindow() const { return about_; }
 

@@ -57,6 +57,7 @@ int main(int argc, char** argv) {
   lumenscribe::app::LumenscribeApp app;
   lumenscribe::app::MainWindow* window = app.mainWindow();
   window->show();
+  app.warmUpDecoders();
   if (items.size() > 1) {
     window->contentView()->setErrorMessage(lumenscribe::app::oneItemMessage());
   } else if (items.size() == 1) {
