@@ -119,9 +119,7 @@ QString versionText(std::optional<std::string_view> shortVersion,
                     std::optional<std::string_view> build) {
   const std::string_view shown = shortVersion.value_or("1.0");
   const std::string_view number = build.value_or("1");
-  return QStringLiteral("Version %1 (%2)")
-      .arg(QString::fromUtf8(shown.data(), static_cast<qsizetype>(shown.size())),
-           QString::fromUtf8(number.data(), static_cast<qsizetype>(number.size())));
+  return QStringLiteral("Version %1 (%2)").arg(qText(shown), qText(number));
 }
 
 QString versionText() {

@@ -18,10 +18,6 @@ namespace lumenscribe::app {
 
 namespace {
 
-QString qText(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
 QLabel* headline(const QString& text, QWidget* parent) {
   auto* label = new QLabel(text, parent);
   label->setFont(scaledFont(parent->font(), 1.1, QFont::DemiBold));

@@ -16,10 +16,6 @@ namespace lumenscribe::app {
 
 namespace {
 
-QString qText(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
 QWidget* findingRow(const PrivacyFinding& finding, QWidget* parent) {
   auto* row = new QWidget(parent);
   row->setObjectName(QStringLiteral("findingRow"));
@@ -43,8 +39,7 @@ QWidget* findingRow(const PrivacyFinding& finding, QWidget* parent) {
 
 PrivacyCard::PrivacyCard(const std::vector<PrivacyFinding>& findings, QWidget* parent)
     : Card(parent) {
-  setObjectName(QString::fromUtf8(kSharingPrivacyAnchor.data(),
-                                  static_cast<qsizetype>(kSharingPrivacyAnchor.size())));
+  setObjectName(qText(kSharingPrivacyAnchor));
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(18, 14, 18, 16);
   layout->setSpacing(10);

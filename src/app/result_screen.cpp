@@ -31,10 +31,6 @@ constexpr int kColumnMaxWidth = 1080;
 constexpr int kReturnToTopThreshold = 480;
 constexpr int kAnchorMargin = 12;
 
-QString qText(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
 QString anchorName(std::string_view anchor) { return qText(anchor); }
 
 QPushButton* makeActionButton(const QString& text, std::string_view symbol, const QString& help,

@@ -18,10 +18,6 @@ namespace lumenscribe::app {
 
 namespace {
 
-QString qText(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
 /// A container count shown large, with its label under it.
 QWidget* highlightTile(const InsightRow& row, Accent accent, QWidget* parent) {
   auto* tile = new Card(parent);

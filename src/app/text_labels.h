@@ -4,8 +4,14 @@
 
 #include <QLabel>
 #include <QTextEdit>
+#include <string_view>
 
 namespace lumenscribe::app {
+
+/// The engine's UTF-8 text as a QString.
+inline QString qText(std::string_view text) {
+  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
 
 /// Selectable plain text that wraps anywhere when it must, for values with long unbroken runs
 /// (fingerprints, paths, encoded blobs) that a label could only show by widening the window.
