@@ -12,7 +12,8 @@ namespace lumenscribe {
 
 namespace {
 
-// Trailing zeros go first, then a point left bare: "2.8000" -> "2.8", "0.0000" -> "0".
+// Trailing zeros go first, then a point left bare: "2.8000" -> "2.8", "0.0000" -> "0". A
+// negative number too small for the decimals keeps its sign ("-0.0000" -> "-0").
 std::string trimmedFixed(double number, int decimals) {
   char buffer[64];
   std::snprintf(buffer, sizeof buffer, "%.*f", decimals, number);
@@ -21,7 +22,6 @@ std::string trimmedFixed(double number, int decimals) {
     while (!text.empty() && text.back() == '0') text.pop_back();
     if (!text.empty() && text.back() == '.') text.pop_back();
   }
-  if (text == "-0") text = "0";
   return text;
 }
 
@@ -143,7 +143,8 @@ void appendRowIfNew(std::vector<InsightRow>& rows, std::string label, std::strin
 }
 
 std::string durationText(double seconds) {
-  if (!std::isfinite(seconds) || seconds < 0 || seconds > 1e15) return "Unknown";
+  // Past the 64-bit range there are no whole seconds to count.
+  if (!std::isfinite(seconds) || seconds < 0 || seconds >= 9.2e18) return "Unknown";
   const auto total = static_cast<long long>(std::round(seconds));
   char buffer[64];
   if (total < 3600) {

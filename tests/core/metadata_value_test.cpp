@@ -19,7 +19,8 @@ TEST(MetadataValueText, writesNumbersTrimmedAndArraysJoined) {
       {MetadataValue(-3.0), "-3"},
       {MetadataValue(0.5), "0.5"},
       {MetadataValue(0.00001), "0"},
-      {MetadataValue(-0.00001), "0"},
+      {MetadataValue(-0.00001), "-0"},  // "-0.0000" trimmed, sign and all
+      {MetadataValue(-0.0), "0"},
       {MetadataValue(1.23456), "1.2346"},
       {MetadataValue(std::int64_t{12}), "12"},
       {MetadataValue(Array{MetadataValue(1), MetadataValue(2.5), MetadataValue("x")}), "1, 2.5, x"},
@@ -39,6 +40,7 @@ TEST(CompactNumberText, keepsTwoDecimalsAtMost) {
   EXPECT_EQ(compactNumberText(1.5), "1.5");
   EXPECT_EQ(compactNumberText(44100), "44100");
   EXPECT_EQ(compactNumberText(0.001), "0");
+  EXPECT_EQ(compactNumberText(-0.001), "-0");
   EXPECT_EQ(compactNumberText(std::nan("")), "nan");
 }
 
@@ -81,6 +83,7 @@ TEST(DurationText, roundsToWholeSecondsAndSwitchesToHours) {
   EXPECT_EQ(durationText(3599.4), "59:59");
   EXPECT_EQ(durationText(3600), "1:00:00");
   EXPECT_EQ(durationText(36000 + 61), "10:01:01");
+  EXPECT_EQ(durationText(1e16), "2777777777777:46:40");
   EXPECT_EQ(durationText(-1), "Unknown");
   EXPECT_EQ(durationText(std::numeric_limits<double>::infinity()), "Unknown");
   EXPECT_EQ(durationText(std::nan("")), "Unknown");
