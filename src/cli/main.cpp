@@ -63,7 +63,8 @@ int main(int argc, char** argv) {
     if (line.json) {
       write(stdout, resultJson(*result) + "\n");
     } else {
-      write(stdout, (first ? "" : "\n") + buildTextReport(*result) + "\n");
+      // The report exactly as saved, without a final line feed; one empty line between two.
+      write(stdout, (first ? "" : "\n\n") + buildTextReport(*result));
     }
     first = false;
     std::fflush(stdout);

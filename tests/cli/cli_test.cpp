@@ -59,6 +59,9 @@ TEST(Cli, printsReportsSeparatedByOneEmptyLine) {
   EXPECT_NE(run.out.find("https://lumenscribe.org\n\nLUMENSCRIBE INSPECTION REPORT\n"),
             std::string::npos);
   EXPECT_NE(run.out.find("File: b.txt\n"), std::string::npos);
+  // Each report is printed exactly as saved: the output ends with the maker's address.
+  EXPECT_TRUE(run.out.ends_with("\nhttps://lumenscribe.org"))
+      << run.out.substr(run.out.size() - 30);
 }
 
 TEST(Cli, printsOneJsonObjectPerItemAndFailsForTheBadOnes) {
