@@ -9,6 +9,7 @@
 #include "identity/identity_integrity.h"
 #include "identity/type_verification.h"
 #include "platform/file_status.h"
+#include "platform/unicode_text.h"
 #include "privacy/privacy_summary.h"
 
 namespace lumenscribe {
@@ -19,11 +20,7 @@ namespace {
 std::string typeDescriptionOf(const std::filesystem::path& url, const ItemFacts& facts) {
   if (facts.isDirectory) return facts.isPackage ? "macOS Package" : "Folder";
   if (facts.contentType) return facts.contentType->describe();
-  std::string extension = validUtf8(pathExtension(url));
-  for (char& c : extension) {
-    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
-  }
-  return extension;
+  return platform::upperCased(validUtf8(pathExtension(url)));
 }
 
 }  // namespace

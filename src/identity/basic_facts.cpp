@@ -4,6 +4,7 @@
 
 #include "core/path_text.h"
 #include "identity/formatters.h"
+#include "platform/unicode_text.h"
 
 namespace lumenscribe {
 
@@ -18,7 +19,7 @@ std::vector<InsightRow> basicFileFacts(const std::filesystem::path& url, const I
   if (facts.isDirectory) {
     rows.emplace_back("Container Type", facts.isPackage ? "macOS Package" : "Folder");
   } else {
-    const std::string extension = asciiLower(validUtf8(pathExtension(url)));
+    const std::string extension = platform::lowerCased(validUtf8(pathExtension(url)));
     rows.emplace_back("Extension", extension.empty() ? "None" : extension);
   }
   rows.emplace_back("Path", validUtf8(url.string()));

@@ -8,6 +8,7 @@
 #include "core/path_text.h"
 #include "identity/content_signature.h"
 #include "platform/mime_database.h"
+#include "platform/unicode_text.h"
 
 namespace lumenscribe {
 
@@ -29,7 +30,7 @@ void verifyFileType(const std::filesystem::path& url,
                     const std::optional<ContentType>& platformType, Accumulators& accumulators) {
   // The extension shown and stored is valid UTF-8, so that a name with stray bytes can
   // still be printed and written to JSON.
-  const std::string extension = validUtf8(asciiLower(pathExtension(url)));
+  const std::string extension = platform::lowerCased(validUtf8(pathExtension(url)));
   std::optional<ContentType> extensionType;
   if (!extension.empty()) {
     extensionType = platform::contentTypeForExtension(extension);

@@ -26,6 +26,13 @@ std::string upperCased(std::string_view utf8) {
   return text.toUTF8String(out);
 }
 
+std::string lowerCased(std::string_view utf8) {
+  icu::UnicodeString text = fromUtf8(utf8);
+  text.toLower(icu::Locale::getRoot());
+  std::string out;
+  return text.toUTF8String(out);
+}
+
 std::size_t characterCount(std::string_view utf8) {
   const icu::UnicodeString text = fromUtf8(utf8);
   UErrorCode status = U_ZERO_ERROR;

@@ -10,6 +10,8 @@ namespace lumenscribe::platform {
 
 /// Full Unicode upper case, locale-independent ("Café" -> "CAFÉ", "straße" -> "STRASSE").
 std::string upperCased(std::string_view utf8);
+/// Full Unicode lower case, locale-independent ("JPG" -> "jpg", "ÀB" -> "àb").
+std::string lowerCased(std::string_view utf8);
 
 /// The number of user-perceived characters (extended grapheme clusters): "é" written as
 /// e plus a combining accent is one, an emoji with a skin tone is one.

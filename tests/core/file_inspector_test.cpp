@@ -129,6 +129,8 @@ TEST(FileInspector, describesUntypedFilesByTheirExtension) {
   const std::string binary("\x01\x02\x03\x04\x05\x06\x07\x08", 8);
   EXPECT_EQ(FileInspector().inspect(dir.write("blob.lsqz", binary))->typeDescription, "LSQZ");
   EXPECT_EQ(FileInspector().inspect(dir.write("blob", binary))->typeDescription, "");
+  EXPECT_EQ(FileInspector().inspect(dir.write("blob.\u00E9tude", binary))->typeDescription,
+            "\u00C9TUDE");
 }
 
 TEST(FileInspector, copesWithAwkwardNames) {

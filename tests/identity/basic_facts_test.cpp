@@ -40,6 +40,8 @@ TEST(BasicFileFacts, ordersEveryRowAndLowerCasesTheExtension) {
   EXPECT_EQ(rows[4].first, "Modified");
   EXPECT_EQ(rows[5], (std::pair<std::string, std::string>{"Extension", "jpg"}));
   EXPECT_EQ(rows[6], (std::pair<std::string, std::string>{"Path", "/p/IMG_0042.JPG"}));
+  // Letters beyond ASCII are lower-cased too.
+  EXPECT_EQ(pairs(basicFileFacts("/p/map.\u00C9PS", facts))[5].second, "\u00E9ps");
 }
 
 TEST(BasicFileFacts, describesDirectoriesByContainerTypeAndTheirOwnContentType) {

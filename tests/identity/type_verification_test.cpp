@@ -66,6 +66,11 @@ TEST(TypeVerification, renamedFileIsAMismatchWithEveryRowRawEntryAndWarning) {
   EXPECT_EQ(honest.rawMetadata.at("Type Verification Extension"), "jpg");
   EXPECT_EQ(honest.rawMetadata.at("Type Verification Result"), "No obvious mismatch");
   EXPECT_TRUE(honest.findings.empty());
+
+  // Lower-casing is not limited to ASCII letters.
+  const Accumulators accented = verify(dir.write("map.\u00C9PS", "A note.\n"));
+  EXPECT_EQ(rowsOf(accented).front().second, ".\u00E9ps");
+  EXPECT_EQ(accented.rawMetadata.at("Type Verification Extension"), "\u00E9ps");
 }
 
 TEST(TypeVerification, onlyAContentCategoryTheClaimedTypeLacksIsAMismatch) {
