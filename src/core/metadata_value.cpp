@@ -88,7 +88,8 @@ std::optional<double> metadataDouble(const MetadataValue& value) {
   if (const auto* number = value.get<std::int64_t>()) return static_cast<double>(*number);
   if (const auto* text = value.get<std::string>()) {
     std::string_view digits = *text;
-    if (!digits.empty() && digits.front() == '+') digits.remove_prefix(1);
+    // from_chars takes a "-" but not a "+"; one sign at most either way ("+-2" is no number).
+    if (digits.starts_with('+') && !digits.substr(1).starts_with('-')) digits.remove_prefix(1);
     double parsed = 0;
     const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), parsed);
     if (digits.empty() || error != std::errc{} || end != digits.data() + digits.size()) {

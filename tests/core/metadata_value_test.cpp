@@ -64,6 +64,7 @@ TEST(MetadataNumbers, parseOnlyWhatIsWhollyANumber) {
   EXPECT_EQ(metadataDouble(MetadataValue("+2.5")), 2.5);
   EXPECT_EQ(metadataDouble(MetadataValue(std::int64_t{7})), 7.0);
   EXPECT_EQ(metadataDouble(MetadataValue("2.5 mm")), std::nullopt);
+  EXPECT_EQ(metadataDouble(MetadataValue("+-2.5")), std::nullopt);
   EXPECT_EQ(metadataDouble(MetadataValue("")), std::nullopt);
 }
 
