@@ -17,6 +17,7 @@
 #include "app/card.h"
 #include "app/drop_screen.h"
 #include "app/health_sheet.h"
+#include "app/preview_loader.h"
 #include "app/progress_overlay.h"
 #include "app/result_screen.h"
 #include "app/text_labels.h"
@@ -196,6 +197,8 @@ void ContentView::inspectAnotherFile() {
   state_.showVideoDetails = false;
   state_.showReturnToTop = false;
   resultScreen_->setReturnToTopShown(false);
+  // The next drop may be the same item, changed in the meantime: its picture is read again.
+  resultScreen_->preview()->clear();
   stack_->setCurrentWidget(dropScreen_);
 }
 

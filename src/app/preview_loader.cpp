@@ -90,6 +90,16 @@ void CachedFilePreview::setItem(const std::filesystem::path& url, std::string fa
       [path = url_, maxPixels] { return loadPreviewImage(path, false, maxPixels); }));
 }
 
+void CachedFilePreview::clear() {
+  watcher_.setFuture(QFuture<QImage>());
+  url_.clear();
+  fallbackSymbol_ = "doc.fill";
+  isDirectory_ = false;
+  renderedPreview_.reset();
+  loadedUrl_.reset();
+  update();
+}
+
 void CachedFilePreview::showLoaded() {
   const QFuture<QImage> future = watcher_.future();
   if (future.resultCount() > 0) {

@@ -25,6 +25,8 @@ class CachedFilePreview : public QWidget {
   explicit CachedFilePreview(QWidget* parent = nullptr);
 
   void setItem(const std::filesystem::path& url, std::string fallbackSymbol, bool isDirectory);
+  /// Forgets the item, so that showing it again loads it afresh (it may have changed).
+  void clear();
 
   const std::filesystem::path& url() const { return url_; }
   const std::string& fallbackSymbol() const { return fallbackSymbol_; }

@@ -19,6 +19,7 @@
 #include "app/drop_screen.h"
 #include "app/health_sheet.h"
 #include "app/pills.h"
+#include "app/preview_loader.h"
 #include "app/privacy_card.h"
 #include "app/progress_overlay.h"
 #include "app/raw_metadata_block.h"
@@ -191,6 +192,25 @@ class ContentViewTest : public QObject {
       QVERIFY(screen->actionButton(pending));
       QVERIFY(!screen->actionButton(pending)->isEnabled());
     }
+  }
+
+  void anItemShownAgainAfterInspectAnotherFileIsPreviewedAfresh() {
+    QTemporaryDir folder;
+    const std::filesystem::path item =
+        std::filesystem::path(folder.path().toStdString()) / "picture.jpg";
+    std::filesystem::copy_file(fixture("photo_gps.jpg"), item);
+    ContentView view;
+    const CachedFilePreview* preview = view.resultScreen()->preview();
+    const auto shown = [preview] { return preview->renderedPreview().value_or(QPixmap()).size(); };
+    QVERIFY(inspectAndWait(view, item));
+    QTRY_VERIFY(shown().width() > shown().height());
+
+    // The user turns the picture upright in an editor and drops it again.
+    view.inspectAnotherFile();
+    std::filesystem::copy_file(fixture("rotated.jpg"), item,
+                               std::filesystem::copy_options::overwrite_existing);
+    QVERIFY(inspectAndWait(view, item));
+    QTRY_VERIFY(shown().height() > shown().width());
   }
 
   void doubtfulHealthOpensTheExplanationSheet() {
