@@ -173,7 +173,13 @@ void ContentView::startInspection(const std::filesystem::path& url) {
 
 void ContentView::finishInspection() {
   const QFuture<InspectionOutcome> future = watcher_.future();
-  InspectionOutcome outcome = future.resultCount() > 0 ? future.result() : InspectionOutcome{};
+  InspectionOutcome outcome;
+  if (future.resultCount() > 0) {
+    outcome = future.result();
+  } else {
+    // The worker ended without an outcome (it threw): an empty error would read "Success".
+    outcome.error = make_error_code(FileInspectionError::unsupportedFile);
+  }
   overlay_->hide();
   if (outcome.result) {
     state_.result = std::move(outcome.result);
