@@ -18,13 +18,8 @@ check="$build/health_check"
 work=$(mktemp -d "${TMPDIR:-/tmp}/lumenscribe-health-bench-XXXXXX")
 trap 'rm -rf "$work"' EXIT
 
-# A photograph-like 4000 x 3000 image: smoothed noise compresses as camera output does.
-vips gaussnoise "$work/noise.v" 4000 3000 --mean 128 --sigma 40
-vips gaussblur "$work/noise.v" "$work/smooth.v" 1.2 --precision float
-vips cast "$work/smooth.v" "$work/gray.v" uchar
-vips bandjoin "$work/gray.v $work/gray.v $work/gray.v" "$work/rgb.v"
-vips copy "$work/rgb.v" "$work/photo-12mp.jpg[Q=90]"
-rm -f "$work"/*.v
+# A 12-megapixel photo and an archive that holds it.
+bench/make_photo.sh "$work/photo-12mp.jpg"
 seq 1 2000000 > "$work/numbers.txt"
 (cd "$work" && zip -q archive.zip photo-12mp.jpg numbers.txt)
 cat "$work/photo-12mp.jpg" "$work/archive.zip" > /dev/null  # into the page cache

@@ -19,12 +19,7 @@ work=$(mktemp -d "${TMPDIR:-/tmp}/lumenscribe-window-bench-XXXXXX")
 trap 'rm -rf "$work"' EXIT
 
 # A photograph-like 4000 x 3000 JPEG with camera and GPS tags, in five copies (five paths).
-vips gaussnoise "$work/noise.v" 4000 3000 --mean 128 --sigma 40
-vips gaussblur "$work/noise.v" "$work/smooth.v" 1.2 --precision float
-vips cast "$work/smooth.v" "$work/gray.v" uchar
-vips bandjoin "$work/gray.v $work/gray.v $work/gray.v" "$work/rgb.v"
-vips copy "$work/rgb.v" "$work/photo.jpg[Q=90]"
-rm -f "$work"/*.v
+bench/make_photo.sh "$work/photo.jpg"
 exiftool -q -overwrite_original -Make="Fixture Optics" -Model="FX-100" -FNumber=2.8 \
   -ExposureTime=1/250 -ISO=100 -GPSLatitude=48.8584 -GPSLatitudeRef=N -GPSLongitude=2.2945 \
   -GPSLongitudeRef=E "$work/photo.jpg"
