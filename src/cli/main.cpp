@@ -1,5 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Lumenscribe Project
 // SPDX-License-Identifier: MIT
+#include <unistd.h>
+
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -48,6 +50,17 @@ int main(int argc, char** argv) {
     return 0;
   }
 
+  // A report ends without a line feed, as saved. On a terminal the line is ended before an
+  // error message or the shell prompt would join it; pipes and files get the exact text.
+  const bool terminal = isatty(STDOUT_FILENO) == 1;
+  bool lineOpen = false;
+  const auto endTerminalLine = [&] {
+    if (!terminal || !lineOpen) return;
+    write(stdout, "\n");
+    std::fflush(stdout);
+    lineOpen = false;
+  };
+
   const FileInspector inspector;
   int status = 0;
   bool first = true;
@@ -55,6 +68,7 @@ int main(int argc, char** argv) {
     auto result = inspector.inspect(item);
     if (!result) {
       const std::string message = result.error().message();
+      endTerminalLine();
       write(stderr, "lumenscribe-cli: " + validUtf8(item.string()) + ": " + message + "\n");
       if (line.json) write(stdout, failureJson(item, message) + "\n");
       status = 1;
@@ -64,11 +78,13 @@ int main(int argc, char** argv) {
       write(stdout, resultJson(*result) + "\n");
     } else {
       // The report exactly as saved, without a final line feed; one empty line between two.
-      write(stdout, (first ? "" : "\n\n") + buildTextReport(*result));
+      write(stdout, (first ? "" : lineOpen ? "\n\n" : "\n") + buildTextReport(*result));
+      lineOpen = true;
     }
     first = false;
     std::fflush(stdout);
   }
+  endTerminalLine();
   if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
     std::perror("lumenscribe-cli: standard output");
     return 1;

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Lumenscribe Project
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <nlohmann/json.hpp>
 #include <sstream>
@@ -62,6 +63,27 @@ TEST(Cli, printsReportsSeparatedByOneEmptyLine) {
   // Each report is printed exactly as saved: the output ends with the maker's address.
   EXPECT_TRUE(run.out.ends_with("\nhttps://lumenscribe.org"))
       << run.out.substr(run.out.size() - 30);
+}
+
+// On a terminal each report's last line is ended, so neither an error message nor the shell
+// prompt joins it; `script` gives the program a terminal (which writes "\r\n").
+TEST(Cli, endsTheLastLineOnlyOnATerminal) {
+  if (access("/usr/bin/script", X_OK) != 0) GTEST_SKIP() << "script(1) is not installed";
+  TempDir dir;
+  const auto a = dir.write("a.txt", "alpha");
+  const auto b = dir.write("b.txt", "beta");
+  const std::string command = std::string("'") + LUMENSCRIBE_CLI_PATH + "' '" + a.string() + "' '" +
+                              (dir.path() / "missing").string() + "' '" + b.string() + "'";
+  auto run = platform::runChildProcess("/usr/bin/script", {"-qec", command, "/dev/null"},
+                                       platform::ChildOutput::stdoutOnly);
+  ASSERT_TRUE(run && run->exitStatus);
+  EXPECT_EQ(*run->exitStatus, 1);
+  const std::string& out = run->output;
+  EXPECT_NE(out.find("https://lumenscribe.org\r\nlumenscribe-cli: "), std::string::npos) << out;
+  EXPECT_NE(out.find("No such file or directory\r\n\r\nLUMENSCRIBE INSPECTION REPORT"),
+            std::string::npos)
+      << out;
+  EXPECT_TRUE(out.ends_with("https://lumenscribe.org\r\n")) << out;
 }
 
 TEST(Cli, printsOneJsonObjectPerItemAndFailsForTheBadOnes) {
