@@ -10,6 +10,9 @@
 #include <string>
 #include <string_view>
 
+#include "platform/decoder_client.h"
+#include "platform/opened_item.h"
+
 namespace lumenscribe::test {
 
 /// A fresh directory under the system's temp folder, removed with everything in it.
@@ -45,5 +48,19 @@ class TempDir {
 
 /// Root reads everything, so permission tests only mean something for other users.
 inline bool runningAsRoot() { return ::geteuid() == 0; }
+
+/// The item at `path`, opened as the driver opens it; aborts the test program when it
+/// cannot be (tests open only what they made).
+inline platform::OpenedItem openedItem(const std::filesystem::path& path) {
+  auto item = platform::openItem(path);
+  if (!item) std::abort();
+  return std::move(item).value();
+}
+
+/// One decoder worker for the whole test program, started on first use.
+inline platform::DecoderClient& sharedDecoder() {
+  static platform::DecoderClient decoder;
+  return decoder;
+}
 
 }  // namespace lumenscribe::test

@@ -23,7 +23,7 @@
 #include "app/text_labels.h"
 #include "app/theme.h"
 #include "core/path_text.h"
-#include "platform/file_status.h"
+#include "platform/decoder_client.h"
 
 namespace lumenscribe::app {
 
@@ -60,17 +60,18 @@ QWidget* heading(QWidget* parent) {
 
 InspectionOutcome inspectItem(const FileInspector& inspector, const std::filesystem::path& url) {
   InspectionOutcome outcome;
-  Expected<LumenscribeResult> inspected = inspector.inspect(url);
-  if (!inspected) {
-    outcome.error = inspected.error();
+  Expected<platform::OpenedItem> opened = platform::openItem(url);
+  if (!opened) {
+    outcome.error = opened.error();
     return outcome;
   }
-  outcome.result = std::move(inspected).value();
-  if (const Expected<ItemFacts> facts = platform::readItemFacts(url)) {
-    outcome.isDirectory = facts->isDirectory;
-    outcome.previewSymbol = std::string(previewSymbolFor(PreviewKindFacts{
-        facts->isDirectory, facts->isPackage, pathExtension(url), facts->contentType}));
-  }
+  auto item = std::make_shared<const platform::OpenedItem>(std::move(opened).value());
+  outcome.result = inspector.inspect(*item);
+  const ItemFacts& facts = item->facts();
+  outcome.isDirectory = facts.isDirectory;
+  outcome.previewSymbol = std::string(previewSymbolFor(
+      PreviewKindFacts{facts.isDirectory, facts.isPackage, pathExtension(url), facts.contentType}));
+  outcome.item = std::move(item);
   return outcome;
 }
 
@@ -91,6 +92,7 @@ ContentView::ContentView(QWidget* parent) : QWidget(parent) {
   stack_ = new QStackedWidget(this);
   dropScreen_ = new DropScreen(stack_);
   resultScreen_ = new ResultScreen(stack_);
+  resultScreen_->preview()->setDecoder(inspector_.decoder());
   stack_->addWidget(dropScreen_);
   stack_->addWidget(resultScreen_);
   layout->addWidget(stack_, 1);
@@ -186,8 +188,9 @@ void ContentView::finishInspection() {
     state_.showRawMetadata = false;
     state_.isInspecting = false;
     resultScreen_->showResult(
-        *state_.result, ResultPresentation{false, state_.showCameraDetails, state_.showVideoDetails,
-                                           outcome.previewSymbol, outcome.isDirectory});
+        *state_.result,
+        ResultPresentation{false, state_.showCameraDetails, state_.showVideoDetails,
+                           outcome.previewSymbol, outcome.isDirectory, std::move(outcome.item)});
     stack_->setCurrentWidget(resultScreen_);
   } else {
     state_.isInspecting = false;

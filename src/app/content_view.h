@@ -8,6 +8,7 @@
 #include <QString>
 #include <QWidget>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
 #include <system_error>
@@ -16,6 +17,7 @@
 #include "app/presentation.h"
 #include "lumenscribe/file_inspector.h"
 #include "lumenscribe/result.h"
+#include "platform/opened_item.h"
 
 class QMimeData;
 class QStackedWidget;
@@ -50,13 +52,15 @@ struct ContentViewState {
   bool isTopCardHovered = false;
 };
 
-/// What a worker hands back after one inspection: the result or the error, and the facts
-/// the top card needs for its icon (read on the worker too, so the interface never stats).
+/// What a worker hands back after one inspection: the result or the error, the facts the top
+/// card needs for its icon (read on the worker too, so the interface never stats), and the
+/// opened item, so that the preview shows the very bytes that were inspected.
 struct InspectionOutcome {
   std::optional<LumenscribeResult> result;
   std::error_code error;
   std::string previewSymbol = "doc.fill";
   bool isDirectory = false;
+  std::shared_ptr<const platform::OpenedItem> item;
 };
 
 /// Inspects one item and gathers its preview facts. Blocking; runs on a worker thread.
@@ -75,6 +79,8 @@ class ContentView : public QWidget {
   ~ContentView() override;
 
   const ContentViewState& state() const { return state_; }
+  /// The window's one inspector; its decoder worker serves the previews too.
+  const FileInspector& inspector() const { return inspector_; }
 
   /// Acts on dropped data as a drop on the window would; false when the drop is declined.
   bool handleDrop(const QMimeData& data);

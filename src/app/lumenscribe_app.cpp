@@ -12,7 +12,7 @@
 
 #include "app/about_window.h"
 #include "app/content_view.h"
-#include "platform/image_decoder.h"
+#include "platform/decoder_client.h"
 
 namespace lumenscribe::app {
 
@@ -52,12 +52,13 @@ LumenscribeApp::LumenscribeApp() {
 LumenscribeApp::~LumenscribeApp() = default;
 
 void LumenscribeApp::warmUpDecoders() {
-  // The decoders load on first use, which would otherwise fall on the first drop. Loading
-  // them in the background once the window is up takes that wait off the user; nobody
-  // waits for the outcome (an inspection that needs them waits on the same load).
-  QTimer::singleShot(0, this, [] {
-    [[maybe_unused]] const QFuture<bool> loading =
-        QtConcurrent::run([] { return platform::initialiseVips(); });
+  // The decoder worker starts on first use, which would otherwise fall on the first drop.
+  // Starting it in the background once the window is up takes that wait off the user;
+  // nobody waits for the outcome (an inspection that needs it waits its turn for the same
+  // worker). The task shares the worker's client, which may outlive the window.
+  QTimer::singleShot(0, this, [decoder = window_->contentView()->inspector().decoder()] {
+    [[maybe_unused]] const QFuture<void> starting =
+        QtConcurrent::run([decoder] { decoder->warmUp(); });
   });
 }
 

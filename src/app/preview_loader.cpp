@@ -2,8 +2,6 @@
 // SPDX-License-Identifier: MIT
 #include "app/preview_loader.h"
 
-#include <QFile>
-#include <QImageReader>
 #include <QPainter>
 #include <QPainterPath>
 #include <QtConcurrent/QtConcurrentRun>
@@ -11,7 +9,6 @@
 #include "app/icons.h"
 #include "app/theme.h"
 #include "core/path_text.h"
-#include "platform/pdf_document.h"
 
 namespace lumenscribe::app {
 
@@ -29,39 +26,31 @@ QImage fitted(QImage image, QSize maxPixels) {
   return image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
 }
 
-QImage decodeImage(const std::filesystem::path& path, QSize maxPixels) {
-  QImageReader reader(QFile::decodeName(path.c_str()));
-  // Like the platform's image loader: the content decides, not the name.
-  reader.setDecideFormatFromContent(true);
-  reader.setAutoTransform(true);
-  const QSize stored = reader.size();
-  if (stored.isValid() && !stored.isEmpty()) {
-    // The scaled size applies before the orientation is corrected.
-    QSize box = maxPixels;
-    if (reader.transformation() & QImageIOHandler::TransformationRotate90) box.transpose();
-    if (stored.width() > box.width() || stored.height() > box.height()) {
-      reader.setScaledSize(stored.scaled(box, Qt::KeepAspectRatio).expandedTo(QSize(1, 1)));
-    }
-  }
-  return reader.read();
-}
-
-QImage renderPdf(const std::filesystem::path& path) {
-  const auto page =
-      platform::renderPdfFirstPage(path, kPdfThumbnail.width(), kPdfThumbnail.height());
-  if (!page) return {};
-  const QImage view(page->pixels.data(), page->width, page->height, page->width * 4,
+QImage toQImage(const platform::decoder::RgbaImage& image) {
+  const QImage view(image.pixels.data(), image.width, image.height, image.width * 4,
                     QImage::Format_RGBA8888);
   return view.copy();
 }
 
+platform::decoder::PreviewBox boxOf(QSize size) { return {size.width(), size.height()}; }
+
 }  // namespace
 
-QImage loadPreviewImage(const std::filesystem::path& path, bool isDirectory, QSize maxPixels) {
-  if (isDirectory || maxPixels.isEmpty()) return {};
-  QImage image = decodeImage(path, maxPixels);
-  if (image.isNull() && asciiLower(pathExtension(path)) == "pdf") image = renderPdf(path);
-  return fitted(std::move(image), maxPixels);
+QImage loadPreviewImage(const platform::OpenedItem& item, platform::DecoderClient& decoder,
+                        QSize maxPixels) {
+  if (item.facts().isDirectory || !item.isReadable() || item.size() == 0 || maxPixels.isEmpty()) {
+    return {};
+  }
+  // The content decides, not the name: a picture named .pdf is still shown as a picture.
+  const auto picture = decoder.picturePreview(item, boxOf(maxPixels));
+  if (picture && *picture) return fitted(toQImage(**picture), maxPixels);
+  const bool pdf = (item.contentType() && item.contentType()->conformsTo(AbstractType::pdf)) ||
+                   asciiLower(pathExtension(item.url())) == "pdf";
+  // A decoder that stopped on the file is not asked again for its first page.
+  if (!picture || !pdf) return {};
+  const auto page = decoder.pdfFirstPage(item, boxOf(kPdfThumbnail));
+  if (!page || !*page) return {};
+  return fitted(toQImage(**page), maxPixels);
 }
 
 CachedFilePreview::CachedFilePreview(QWidget* parent) : QWidget(parent) {
@@ -71,23 +60,24 @@ CachedFilePreview::CachedFilePreview(QWidget* parent) : QWidget(parent) {
 
 QSize CachedFilePreview::sizeHint() const { return kPreviewBox; }
 
-void CachedFilePreview::setItem(const std::filesystem::path& url, std::string fallbackSymbol,
-                                bool isDirectory) {
-  url_ = url;
+void CachedFilePreview::setItem(std::shared_ptr<const platform::OpenedItem> item,
+                                std::string fallbackSymbol) {
+  url_ = item ? item->url() : std::filesystem::path();
   fallbackSymbol_ = std::move(fallbackSymbol);
-  isDirectory_ = isDirectory;
+  isDirectory_ = item && item->facts().isDirectory;
   update();
   if (loadedUrl_ == url_) return;
   loadedUrl_ = url_;
   renderedPreview_.reset();
-  if (isDirectory_) {
+  if (!item || isDirectory_ || !decoder_) {
     watcher_.setFuture(QFuture<QImage>());
     return;
   }
   const QSize maxPixels = kPreviewBox * devicePixelRatioF();
-  // The task gets copies only: it may outlive this widget.
-  watcher_.setFuture(QtConcurrent::run(
-      [path = url_, maxPixels] { return loadPreviewImage(path, false, maxPixels); }));
+  // The task shares ownership of what it reads: it may outlive this widget.
+  watcher_.setFuture(QtConcurrent::run([item, decoder = decoder_, maxPixels] {
+    return loadPreviewImage(*item, *decoder, maxPixels);
+  }));
 }
 
 void CachedFilePreview::clear() {

@@ -167,7 +167,7 @@ void ResultScreen::showResult(const LumenscribeResult& result,
   name_->setText(qText(result.displayName));
   type_->setText(qText(result.typeDescription));
   details_->setText(QStringLiteral("%1 details").arg(result.summaryCount));
-  preview_->setItem(result.url, presentation.previewSymbol, presentation.isDirectory);
+  preview_->setItem(presentation.item, presentation.previewSymbol);
   rebuild();
   scrollAnimation_->stop();
   scroll_->verticalScrollBar()->setValue(0);

@@ -4,11 +4,13 @@
 
 #include <QPointer>
 #include <QWidget>
+#include <memory>
 #include <optional>
 #include <string>
 
 #include "app/presentation.h"
 #include "lumenscribe/result.h"
+#include "platform/opened_item.h"
 
 class QLabel;
 class QPropertyAnimation;
@@ -33,6 +35,8 @@ struct ResultPresentation {
   bool showVideoDetails = false;
   std::string previewSymbol = "doc.fill";
   bool isDirectory = false;
+  /// The inspected item, for its preview; none: the icon alone.
+  std::shared_ptr<const platform::OpenedItem> item;
 };
 
 /// The scrolling result screen: top card, summary, what the file reveals, one card per

@@ -2,8 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "health/health_assessment.h"
 
-#include <unistd.h>
-
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <string_view>
@@ -13,14 +12,23 @@
 #include "core/path_text.h"
 #include "platform/child_process.h"
 #include "platform/file_descriptor.h"
-#include "platform/image_decoder.h"
-#include "platform/pdf_document.h"
+#include "platform/mime_database.h"
 
 namespace lumenscribe {
 
 namespace {
 
-using platform::ImageDecodeStatus;
+using platform::DecoderError;
+using platform::decoder::ImageDecodeStatus;
+
+// The image formats the loaders left unblocked in the decoder decode. An image type outside
+// this list that no loader takes (a BMP, a camera raw, an SVG) is one we cannot verify,
+// which is not damage; a listed one that no loader takes is.
+constexpr std::array<std::string_view, 11> kDecodableImageTypes = {
+    "image/jpeg", "image/png",           "image/gif",           "image/webp",
+    "image/tiff", "image/heif",          "image/heic",          "image/avif",
+    "image/apng", "image/heif-sequence", "image/heic-sequence",
+};
 
 struct Verdict {
   std::string title;
@@ -59,7 +67,26 @@ StructureCheckResult limited(std::string status, std::string detail) {
   return {std::move(status), std::move(detail), false, true};
 }
 
-bool isReadable(const std::filesystem::path& url) { return ::access(url.c_str(), R_OK) == 0; }
+bool isUndecodableImageType(std::span<const std::byte> head) {
+  const auto type = platform::contentTypeForData(head);
+  if (!type || !type->conformsTo(AbstractType::image)) return false;
+  return std::none_of(kDecodableImageTypes.begin(), kDecodableImageTypes.end(),
+                      [&](std::string_view name) { return type->conformsTo(name); });
+}
+
+// The decoder could give no answer for this file. A crash, a hang or a decode that ran out
+// of memory is no proof of damage, but nothing was verified either.
+StructureCheckResult decoderGaveNoAnswer(std::error_code error, std::string_view decoderName) {
+  if (error == DecoderError::stopped) {
+    return limited("Decoder stopped",
+                   "The " + std::string(decoderName) +
+                       " stopped while reading this file, so Lumenscribe could not check its "
+                       "structure. Damaged files can do this, and so can files made to attack "
+                       "the programs that open them.");
+  }
+  return limited("Could not check", "Lumenscribe could not start its " + std::string(decoderName) +
+                                        ", so it could not check the structure of this file.");
+}
 
 struct Check {
   std::string rowLabel;
@@ -67,9 +94,13 @@ struct Check {
   Verdict verdict;
 };
 
-Check pdfCheck(const std::filesystem::path& url) {
-  const auto pdf = platform::openPdf(url);
+Check pdfCheck(const platform::OpenedItem& item, platform::DecoderClient& decoder) {
+  const auto pdf = decoder.pdfFacts(item);
   if (!pdf) {
+    const StructureCheckResult stopped = decoderGaveNoAnswer(pdf.error(), "PDF reader");
+    return {"PDF Structure", stopped.status, verdictFor(stopped)};
+  }
+  if (!pdf->opened) {
     return {"PDF Structure", "Could not open",
             possibleDamage(
                 "The file identifies as a PDF, but PDFKit could not open its document structure.")};
@@ -92,21 +123,21 @@ Check pdfCheck(const std::filesystem::path& url) {
 
 // The kind of file decides the check; the content signature plays no part, so a PNG named
 // notes.txt gets the read test and a ZIP is recognised by its extension alone.
-Check structureCheck(const std::filesystem::path& url,
-                     const std::optional<ContentType>& platformType, std::int64_t size) {
-  const std::string extension = asciiLower(pathExtension(url));
+Check structureCheck(const platform::OpenedItem& item, platform::DecoderClient& decoder) {
+  const std::string extension = asciiLower(pathExtension(item.url()));
+  const auto& platformType = item.contentType();
   if (platformType && platformType->conformsTo(AbstractType::image)) {
-    const StructureCheckResult image = checkImageStructure(url);
+    const StructureCheckResult image = checkImageStructure(item, decoder);
     return {"Image Structure", image.status, verdictFor(image)};
   }
   if ((platformType && platformType->conformsTo(AbstractType::pdf)) || extension == "pdf") {
-    return pdfCheck(url);
+    return pdfCheck(item, decoder);
   }
   if (extension == "zip") {
-    const StructureCheckResult zip = testZipIntegrity(url);
+    const StructureCheckResult zip = testZipIntegrity(item);
     return {"ZIP Structure", zip.status, verdictFor(zip)};
   }
-  if (basicReadTest(url, size)) return {"Basic Read Test", "Passed", looksIntact()};
+  if (basicReadTest(item)) return {"Basic Read Test", "Passed", looksIntact()};
   return {"Basic Read Test",
           "Failed",
           {"Possible read problem",
@@ -116,12 +147,16 @@ Check structureCheck(const std::filesystem::path& url,
 
 }  // namespace
 
-StructureCheckResult checkImageStructure(const std::filesystem::path& url) {
-  switch (platform::decodeImageStatus(url)) {
-    case ImageDecodeStatus::cannotOpen:
-      return problem("Could not open",
-                     "ImageIO could not open the image source. The file may be damaged or "
-                     "unsupported.");
+StructureCheckResult checkImageStructure(const platform::OpenedItem& item,
+                                         platform::DecoderClient& decoder) {
+  const auto status = decoder.imageStatus(item);
+  if (!status) return decoderGaveNoAnswer(status.error(), "image decoder");
+  switch (*status) {
+    case ImageDecodeStatus::noLoader:
+      if (isUndecodableImageType(item.head())) {
+        return limited("Unknown type", "ImageIO could not determine a supported image type.");
+      }
+      return problem("No readable image", "ImageIO found no readable image frames.");
     case ImageDecodeStatus::noImage:
       return problem("No readable image", "ImageIO found no readable image frames.");
     case ImageDecodeStatus::decodeFailed:
@@ -135,8 +170,6 @@ StructureCheckResult checkImageStructure(const std::filesystem::path& url) {
               false, false};
     case ImageDecodeStatus::incomplete:
       return problem("Incomplete", "ImageIO reports that the image data is incomplete.");
-    case ImageDecodeStatus::unknownImageType:
-      return limited("Unknown type", "ImageIO could not determine a supported image type.");
     case ImageDecodeStatus::headerInvalid:
     case ImageDecodeStatus::invalidData:
       return problem("Invalid data", "ImageIO reports invalid image data.");
@@ -150,19 +183,18 @@ StructureCheckResult checkImageStructure(const std::filesystem::path& url) {
                  "unsupported.");
 }
 
-StructureCheckResult testZipIntegrity(const std::filesystem::path& url,
+StructureCheckResult testZipIntegrity(const platform::OpenedItem& item,
                                       const std::filesystem::path& unzipTool) {
-  // unzip reads *, ? and [ in an archive name as a pattern and tests whichever files match
-  // it, so such a name is handed over as our open descriptor of the file instead.
-  std::string archive = url.string();
-  platform::UniqueFd held;
-  if (archive.find_first_of("*?[") != std::string::npos) {
-    held = platform::openForReading(url);
-    if (held) archive = "/proc/" + std::to_string(::getpid()) + "/fd/" + std::to_string(held.get());
-  } else if (archive.starts_with('-')) {
-    archive = "./" + archive;  // not an option
-  }
-  const auto run = platform::runChildProcess(unzipTool, {"-tqq", archive});
+  // unzip opens the archive we opened, as its own descriptor 3: not the path, which may name
+  // another file by now and whose *, ? and [ unzip would read as a pattern.
+  constexpr int kArchive = 3;
+  const platform::InheritedDescriptor archive{item.descriptor(), kArchive};
+  const auto run =
+      item.isReadable()
+          ? platform::runChildProcess(unzipTool, {"-tqq", "/dev/fd/" + std::to_string(kArchive)},
+                                      platform::ChildOutput::merged, 64 * 1024 * 1024,
+                                      std::span(&archive, 1))
+          : std::nullopt;
   if (!run) {
     return limited("Could not test", "Lumenscribe could not run the ZIP integrity test.");
   }
@@ -183,38 +215,36 @@ StructureCheckResult testZipIntegrity(const std::filesystem::path& url,
                  "truncated.");
 }
 
-bool basicReadTest(const std::filesystem::path& url, std::int64_t size) {
-  if (size < 1) return false;
-  const platform::UniqueFd fd = platform::openForReading(url);
-  if (!fd) return false;
+bool basicReadTest(const platform::OpenedItem& item) {
+  const std::int64_t size = item.size();
+  if (size < 1 || !item.isReadable()) return false;
+  const int fd = item.descriptor();
   std::array<std::byte, 1> byte{};
-  const auto first = platform::readFullyAt(fd.get(), byte, 0);
+  const auto first = platform::readFullyAt(fd, byte, 0);
   if (!first || *first == 0) return false;
   if (size == 1) return true;
-  const auto last = platform::readFullyAt(fd.get(), byte, size - 1);
+  const auto last = platform::readFullyAt(fd, byte, size - 1);
   return last && *last == 1;
 }
 
-void assessFileHealth(const std::filesystem::path& url,
-                      const std::optional<ContentType>& platformType, std::int64_t size,
+void assessFileHealth(const platform::OpenedItem& item, platform::DecoderClient& decoder,
                       Accumulators& accumulators) {
   std::vector<InsightRow> rows;
-  rows.emplace_back("Readable", isReadable(url) ? "Yes" : "No");
+  rows.emplace_back("Readable", item.isReadable() ? "Yes" : "No");
 
   Verdict verdict;
-  if (size == 0) {
+  if (item.size() == 0) {
     rows.emplace_back("Structure", "No content");
     verdict = {"Empty file",
                "This file contains zero bytes. That may be intentional, but it has no content to "
                "inspect.",
                PrivacyLevel::notice, "stethoscope", true};
-  } else if (!isReadable(url)) {
-    // Asked again rather than reusing the row: the answer is what the check runs on.
+  } else if (!item.isReadable()) {
     rows.emplace_back("Structure", "Could not verify");
     verdict = {"Unreadable", "Lumenscribe cannot read this file with the current permissions.",
                PrivacyLevel::sensitive, "exclamationmark.triangle.fill", true};
   } else {
-    Check check = structureCheck(url, platformType, size);
+    Check check = structureCheck(item, decoder);
     rows.emplace_back(std::move(check.rowLabel), std::move(check.rowValue));
     verdict = std::move(check.verdict);
   }

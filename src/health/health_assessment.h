@@ -2,13 +2,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <cstdint>
 #include <filesystem>
-#include <optional>
 #include <string>
 
 #include "core/accumulators.h"
-#include "core/content_type.h"
+#include "platform/decoder_client.h"
+#include "platform/opened_item.h"
 
 namespace lumenscribe {
 
@@ -28,22 +27,23 @@ struct StructureCheckResult {
 /// turned into one of the verdicts "Empty file", "Unreadable", "Looks intact",
 /// "Verification limited", "Possible damage" or "Possible read problem". Adds the section,
 /// "File Health Assessment" and "File Health Detail", the summary item, and a finding for
-/// every verdict but "Looks intact". `size` is the size the file system reports (0 when
-/// unknown). Blocks while unzip runs; never fails.
-void assessFileHealth(const std::filesystem::path& url,
-                      const std::optional<ContentType>& platformType, std::int64_t size,
+/// every verdict but "Looks intact". Images and PDFs are decoded by `decoder`, in its worker;
+/// a decoder that stops on the file limits the verdict. Blocks while unzip runs; never fails.
+void assessFileHealth(const platform::OpenedItem& item, platform::DecoderClient& decoder,
                       Accumulators& accumulators);
 
 /// Decodes image 0 and says how complete it is.
-StructureCheckResult checkImageStructure(const std::filesystem::path& url);
+StructureCheckResult checkImageStructure(const platform::OpenedItem& item,
+                                         platform::DecoderClient& decoder);
 
-/// Runs `unzipTool -tqq PATH` (extracting nothing) and reads its verdict; a tool that cannot
-/// be started gives "Could not test".
-StructureCheckResult testZipIntegrity(const std::filesystem::path& url,
+/// Runs `unzipTool -tqq` (extracting nothing) on the opened item, handed to it as an
+/// inherited descriptor, and reads its verdict; a tool that cannot be started gives "Could
+/// not test".
+StructureCheckResult testZipIntegrity(const platform::OpenedItem& item,
                                       const std::filesystem::path& unzipTool = "/usr/bin/unzip");
 
-/// True only when the first byte and the byte at `size - 1` can both be read; false for a
-/// size below 1 without opening anything.
-bool basicReadTest(const std::filesystem::path& url, std::int64_t size);
+/// True only when the first byte and the last byte of the item as opened can both be read;
+/// false for an empty or unreadable item.
+bool basicReadTest(const platform::OpenedItem& item);
 
 }  // namespace lumenscribe

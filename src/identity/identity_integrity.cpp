@@ -5,6 +5,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 
@@ -39,52 +40,59 @@ std::string hexDigest(std::span<const std::uint8_t> bytes) {
   return text;
 }
 
-std::optional<std::string> fileFingerprint(const std::filesystem::path& url) {
-  platform::UniqueFd fd = platform::openForReading(url);
-  if (!fd) return std::nullopt;
-  ::posix_fadvise(fd.get(), 0, 0, POSIX_FADV_SEQUENTIAL);
+std::optional<std::string> fingerprintOf(int fd, std::int64_t size) {
+  if (fd < 0 || size < 0) return std::nullopt;
+  ::posix_fadvise(fd, 0, size, POSIX_FADV_SEQUENTIAL);
 
   platform::Sha256 sha;
   if (!sha.valid()) return std::nullopt;
   // One fixed buffer, so memory stays flat however large the file is.
   auto chunk = std::make_unique_for_overwrite<std::byte[]>(kChunkSize);
-  for (;;) {
-    const auto count = platform::readFully(fd.get(), std::span(chunk.get(), kChunkSize));
-    if (!count) return std::nullopt;  // never the digest of a prefix
-    if (*count == 0) break;
+  for (std::int64_t offset = 0; offset < size;) {
+    const auto wanted = static_cast<std::size_t>(std::min<std::int64_t>(kChunkSize, size - offset));
+    const auto count = platform::readFullyAt(fd, std::span(chunk.get(), wanted), offset);
+    // A read error, or a file that shrank since it was opened: never the digest of a prefix.
+    if (!count || *count < wanted) return std::nullopt;
     if (!sha.update(std::span(chunk.get(), *count))) return std::nullopt;
-    if (*count < kChunkSize) break;
+    offset += static_cast<std::int64_t>(*count);
   }
   const auto digest = sha.finish();
   if (!digest) return std::nullopt;
   return hexDigest(*digest);
 }
 
-void addIdentityAndIntegrity(const std::filesystem::path& url, Accumulators& accumulators) {
+std::optional<std::string> fileFingerprint(const std::filesystem::path& url) {
+  const platform::UniqueFd fd = platform::openForReading(url);
+  struct stat status {};
+  if (!fd || ::fstat(fd.get(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
+  return fingerprintOf(fd.get(), status.st_size);
+}
+
+void addIdentityAndIntegrity(const platform::OpenedItem& item, Accumulators& accumulators) {
   std::vector<InsightRow> rows;
   auto add = [&](const char* label, const char* key, std::string value) {
     accumulators.setRaw(key, value);
     rows.emplace_back(label, std::move(value));
   };
 
-  if (auto fingerprint = fileFingerprint(url)) add("SHA-256", "File SHA-256", *fingerprint);
+  if (auto fingerprint = fingerprintOf(item.descriptor(), item.size())) {
+    add("SHA-256", "File SHA-256", *fingerprint);
+  }
 
   // The attributes of the path itself: a symbolic link is reported as the link it is.
-  struct stat status {};
-  if (::lstat(url.c_str(), &status) == 0) {
-    if (auto owner = platform::userName(status.st_uid); owner && !owner->empty()) {
-      add("Owner", "File Owner", *owner);
-    }
-    if (auto group = platform::groupName(status.st_gid); group && !group->empty()) {
-      add("Group", "File Group", *group);
-    }
-    char permissions[16];
-    std::snprintf(permissions, sizeof permissions, "%03o",
-                  static_cast<unsigned>(status.st_mode & 07777));
-    add("Permissions", "File POSIX Permissions", permissions);
-    if (auto type = fileTypeName(status.st_mode)) {
-      add("Filesystem Type", "File Filesystem Type", *type);
-    }
+  const platform::PathAttributes& attributes = item.attributes();
+  if (auto owner = platform::userName(attributes.owner); owner && !owner->empty()) {
+    add("Owner", "File Owner", *owner);
+  }
+  if (auto group = platform::groupName(attributes.group); group && !group->empty()) {
+    add("Group", "File Group", *group);
+  }
+  char permissions[16];
+  std::snprintf(permissions, sizeof permissions, "%03o",
+                static_cast<unsigned>(attributes.mode & 07777));
+  add("Permissions", "File POSIX Permissions", permissions);
+  if (auto type = fileTypeName(attributes.mode)) {
+    add("Filesystem Type", "File Filesystem Type", *type);
   }
 
   if (rows.empty()) return;

@@ -26,7 +26,11 @@ bool isMismatch(const std::optional<ContentSignature>& signature,
 
 }  // namespace
 
-void verifyFileType(const std::filesystem::path& url,
+void verifyFileType(const platform::OpenedItem& item, Accumulators& accumulators) {
+  verifyFileType(item.url(), item.head(), item.contentType(), accumulators);
+}
+
+void verifyFileType(const std::filesystem::path& url, std::span<const std::byte> head,
                     const std::optional<ContentType>& platformType, Accumulators& accumulators) {
   // The extension shown and stored is valid UTF-8, so that a name with stray bytes can
   // still be printed and written to JSON.
@@ -37,7 +41,7 @@ void verifyFileType(const std::filesystem::path& url,
     // An extension the database knows only as a directory type claims no data type.
     if (extensionType && !extensionType->conformsTo(AbstractType::data)) extensionType.reset();
   }
-  const std::optional<ContentSignature> signature = detectContentSignature(url);
+  const std::optional<ContentSignature> signature = contentSignatureOf(head);
   const bool mismatch = isMismatch(signature, extensionType, platformType);
   const std::string result = mismatch ? "Mismatch detected" : "No obvious mismatch";
 

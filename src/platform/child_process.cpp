@@ -35,35 +35,6 @@ struct SpawnAttributes {
   }
 };
 
-// Reaps the child on every path, so that an early return never leaves a zombie.
-class ChildProcess {
- public:
-  explicit ChildProcess(pid_t pid) : pid_(pid) {}
-  ChildProcess(const ChildProcess&) = delete;
-  ChildProcess& operator=(const ChildProcess&) = delete;
-  ~ChildProcess() {
-    if (pid_ > 0) {
-      ::kill(pid_, SIGKILL);
-      wait();
-    }
-  }
-
-  // The wait status, or nothing when waitpid failed.
-  std::optional<int> wait() {
-    int status = 0;
-    pid_t waited;
-    do {
-      waited = ::waitpid(pid_, &status, 0);
-    } while (waited < 0 && errno == EINTR);
-    pid_ = -1;
-    if (waited < 0) return std::nullopt;
-    return status;
-  }
-
- private:
-  pid_t pid_;
-};
-
 // Reads the pipe to its end, keeping at most `cap` bytes.
 void drain(int fd, std::size_t cap, ChildResult& result) {
   char buffer[65536];
@@ -87,33 +58,76 @@ void drain(int fd, std::size_t cap, ChildResult& result) {
   }
 }
 
+// Descriptors below this are moved up before the child's are arranged, so that placing one
+// (stdin from /dev/null, say) can never overwrite another that is still to be placed.
+constexpr int kFirstFreeDescriptor = 10;
+
 }  // namespace
 
-std::optional<ChildResult> runChildProcess(const std::filesystem::path& executable,
-                                           const std::vector<std::string>& arguments,
-                                           ChildOutput mode, std::size_t outputCap) {
-  if (!executable.is_absolute()) return std::nullopt;
+ChildProcess& ChildProcess::operator=(ChildProcess&& other) noexcept {
+  if (this != &other) {
+    kill();
+    pid_ = other.pid_;
+    other.pid_ = -1;
+  }
+  return *this;
+}
 
-  int ends[2];
-  if (::pipe2(ends, O_CLOEXEC) != 0) return std::nullopt;
-  UniqueFd readEnd(ends[0]);
-  UniqueFd writeEnd(ends[1]);
+ChildProcess::~ChildProcess() { kill(); }
+
+void ChildProcess::kill() {
+  if (pid_ <= 0) return;
+  ::kill(pid_, SIGKILL);
+  wait();
+}
+
+std::optional<int> ChildProcess::wait() {
+  if (pid_ <= 0) return std::nullopt;
+  int status = 0;
+  pid_t waited;
+  do {
+    waited = ::waitpid(pid_, &status, 0);
+  } while (waited < 0 && errno == EINTR);
+  pid_ = -1;
+  if (waited < 0) return std::nullopt;
+  return status;
+}
+
+std::optional<ChildProcess> spawnChild(const std::filesystem::path& executable,
+                                       const std::vector<std::string>& arguments, int stdoutFd,
+                                       int stderrFd,
+                                       std::span<const InheritedDescriptor> inherited) {
+  if (!executable.is_absolute()) return std::nullopt;
+  std::vector<UniqueFd> lifted;
+  const auto lift = [&](int fd) {
+    if (fd < 0) return fd;
+    lifted.emplace_back(::fcntl(fd, F_DUPFD_CLOEXEC, kFirstFreeDescriptor));
+    return lifted.back().get();
+  };
 
   SpawnActions files;
   SpawnAttributes attributes;
   if (!files.ready || !attributes.ready) return std::nullopt;
   auto* actions = &files.actions;
-  if (posix_spawn_file_actions_addopen(actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0) != 0 ||
-      posix_spawn_file_actions_adddup2(actions, writeEnd.get(), STDOUT_FILENO) != 0) {
+  const auto place = [&](int fd, int target) {
+    if (fd < 0) {
+      return posix_spawn_file_actions_addopen(actions, target, "/dev/null",
+                                              target == STDIN_FILENO ? O_RDONLY : O_WRONLY, 0) == 0;
+    }
+    return posix_spawn_file_actions_adddup2(actions, fd, target) == 0;
+  };
+  std::vector<InheritedDescriptor> placed;
+  for (const auto& descriptor : inherited)
+    placed.push_back({lift(descriptor.ours), descriptor.theirs});
+  const int out = lift(stdoutFd);
+  const int err = lift(stderrFd);
+  if (out == -1 && stdoutFd >= 0) return std::nullopt;
+  if (err == -1 && stderrFd >= 0) return std::nullopt;
+  if (!place(-1, STDIN_FILENO) || !place(out, STDOUT_FILENO) || !place(err, STDERR_FILENO)) {
     return std::nullopt;
   }
-  if (mode == ChildOutput::merged) {
-    if (posix_spawn_file_actions_adddup2(actions, writeEnd.get(), STDERR_FILENO) != 0) {
-      return std::nullopt;
-    }
-  } else if (posix_spawn_file_actions_addopen(actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0) !=
-             0) {
-    return std::nullopt;
+  for (const auto& descriptor : placed) {
+    if (descriptor.ours < 0 || !place(descriptor.ours, descriptor.theirs)) return std::nullopt;
   }
   // A session of its own: no controlling terminal, so a password prompt on /dev/tty fails
   // at once instead of waiting for a user who is not looking at a terminal.
@@ -133,7 +147,20 @@ std::optional<ChildResult> runChildProcess(const std::filesystem::path& executab
       0) {
     return std::nullopt;
   }
-  ChildProcess child(pid);
+  return ChildProcess(pid);
+}
+
+std::optional<ChildResult> runChildProcess(const std::filesystem::path& executable,
+                                           const std::vector<std::string>& arguments,
+                                           ChildOutput mode, std::size_t outputCap,
+                                           std::span<const InheritedDescriptor> inherited) {
+  int ends[2];
+  if (::pipe2(ends, O_CLOEXEC) != 0) return std::nullopt;
+  UniqueFd readEnd(ends[0]);
+  UniqueFd writeEnd(ends[1]);
+  auto child = spawnChild(executable, arguments, writeEnd.get(),
+                          mode == ChildOutput::merged ? writeEnd.get() : -1, inherited);
+  if (!child) return std::nullopt;
   writeEnd = UniqueFd();  // only the child writes now; its exit closes the pipe
 
   ChildResult result;
@@ -141,7 +168,7 @@ std::optional<ChildResult> runChildProcess(const std::filesystem::path& executab
   // Closed before waiting: should draining have stopped early, a child still writing gets
   // SIGPIPE instead of blocking on a full pipe while we wait for it.
   readEnd = UniqueFd();
-  const auto status = child.wait();
+  const auto status = child->wait();
   if (!status) return std::nullopt;
   if (WIFEXITED(*status)) result.exitStatus = WEXITSTATUS(*status);
   return result;

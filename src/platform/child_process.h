@@ -2,13 +2,56 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <sys/types.h>
+
 #include <cstddef>
 #include <filesystem>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
 namespace lumenscribe::platform {
+
+/// A started child process. Destroying it kills (SIGKILL) and reaps a child that has not
+/// been waited for, so that no early return leaves a process running or a zombie behind.
+class ChildProcess {
+ public:
+  ChildProcess() = default;
+  explicit ChildProcess(pid_t pid) : pid_(pid) {}
+  ChildProcess(ChildProcess&& other) noexcept : pid_(other.pid_) { other.pid_ = -1; }
+  ChildProcess& operator=(ChildProcess&& other) noexcept;
+  ChildProcess(const ChildProcess&) = delete;
+  ChildProcess& operator=(const ChildProcess&) = delete;
+  ~ChildProcess();
+
+  pid_t pid() const { return pid_; }
+  explicit operator bool() const { return pid_ > 0; }
+
+  /// Waits for the child to end; its wait status, or nothing when waitpid failed.
+  std::optional<int> wait();
+  /// Kills the child and waits for it.
+  void kill();
+
+ private:
+  pid_t pid_ = -1;
+};
+
+/// A descriptor of ours that the child gets under another number.
+struct InheritedDescriptor {
+  int ours;
+  int theirs;
+};
+
+/// Starts `executable` (an absolute path; no shell, no PATH search) with `arguments`, stdin
+/// from /dev/null, stdout and stderr onto `stdoutFd` and `stderrFd` (-1: /dev/null), the
+/// `inherited` descriptors under their numbers, and in a session of its own without a
+/// controlling terminal (so a tool that prompts on /dev/tty fails instead of waiting).
+/// Nothing when the child cannot be started.
+std::optional<ChildProcess> spawnChild(const std::filesystem::path& executable,
+                                       const std::vector<std::string>& arguments, int stdoutFd,
+                                       int stderrFd,
+                                       std::span<const InheritedDescriptor> inherited = {});
 
 enum class ChildOutput {
   merged,      // stdout and stderr into one pipe, in the order the child wrote them
@@ -23,14 +66,13 @@ struct ChildResult {
   bool outputTruncated = false;
 };
 
-/// Runs `executable` (an absolute path; no shell, no PATH search) with `arguments`, stdin
-/// from /dev/null, in a session of its own without a controlling terminal (so a tool that
-/// prompts on /dev/tty fails instead of waiting), and waits for it. The pipes are drained
-/// with poll while it runs, so a child with megabytes of output never blocks; output past
-/// `outputCap` bytes is read and dropped. Nothing when the child cannot be started.
+/// Runs a child as spawnChild does and waits for it, collecting its output. The pipe is
+/// drained with poll while it runs, so a child with megabytes of output never blocks; output
+/// past `outputCap` bytes is read and dropped. Nothing when the child cannot be started.
 std::optional<ChildResult> runChildProcess(const std::filesystem::path& executable,
                                            const std::vector<std::string>& arguments,
                                            ChildOutput mode = ChildOutput::merged,
-                                           std::size_t outputCap = 64 * 1024 * 1024);
+                                           std::size_t outputCap = 64 * 1024 * 1024,
+                                           std::span<const InheritedDescriptor> inherited = {});
 
 }  // namespace lumenscribe::platform

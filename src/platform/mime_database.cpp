@@ -8,9 +8,6 @@
 #include <QMimeType>
 #include <QString>
 
-#include "core/path_text.h"
-#include "platform/file_descriptor.h"
-
 namespace lumenscribe::platform {
 
 namespace {
@@ -26,23 +23,28 @@ std::optional<ContentType> toContentType(const QMimeType& type) {
                      std::move(ancestors));
 }
 
-QString qtFileName(const std::filesystem::path& path) {
+QString qtFileName(std::string_view name) {
   // The file name's bytes as Qt decodes names, so that globs see what a file manager sees.
-  return QFile::decodeName(QByteArray::fromStdString(lastPathComponent(path)));
+  return QFile::decodeName(QByteArray(name.data(), static_cast<qsizetype>(name.size())));
+}
+
+QByteArray viewOf(std::span<const std::byte> bytes) {
+  return QByteArray::fromRawData(reinterpret_cast<const char*>(bytes.data()),
+                                 static_cast<qsizetype>(bytes.size()));
 }
 
 }  // namespace
 
-std::optional<ContentType> contentTypeForFile(const std::filesystem::path& path) {
+std::optional<ContentType> contentTypeForFile(std::string_view fileName,
+                                              std::span<const std::byte> head) {
   QMimeDatabase database;
-  // The content is read through our own descriptor (O_NOATIME) and only when the name
-  // alone does not decide the type.
-  QFile file;
-  UniqueFd fd = openForReading(path);
-  if (!fd || !file.open(fd.get(), QIODevice::ReadOnly, QFileDevice::DontCloseHandle)) {
-    return toContentType(database.mimeTypeForFile(qtFileName(path), QMimeDatabase::MatchExtension));
-  }
-  return toContentType(database.mimeTypeForFileNameAndData(qtFileName(path), &file));
+  return toContentType(database.mimeTypeForFileNameAndData(qtFileName(fileName), viewOf(head)));
+}
+
+std::optional<ContentType> contentTypeForFileName(std::string_view fileName) {
+  QMimeDatabase database;
+  return toContentType(
+      database.mimeTypeForFile(qtFileName(fileName), QMimeDatabase::MatchExtension));
 }
 
 ContentType directoryContentType() {
@@ -64,8 +66,7 @@ std::optional<ContentType> contentTypeForExtension(std::string_view extension) {
 
 std::optional<ContentType> contentTypeForData(std::span<const std::byte> bytes) {
   QMimeDatabase database;
-  return toContentType(database.mimeTypeForData(QByteArray::fromRawData(
-      reinterpret_cast<const char*>(bytes.data()), static_cast<qsizetype>(bytes.size()))));
+  return toContentType(database.mimeTypeForData(viewOf(bytes)));
 }
 
 std::optional<ContentType> contentTypeForName(std::string_view identifier) {

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstddef>
-#include <filesystem>
 #include <optional>
 #include <span>
 #include <string_view>
@@ -13,9 +12,13 @@
 namespace lumenscribe::platform {
 
 /// The content type of a regular file as a Linux desktop presents it: from the name when
-/// it matches a glob, from the first bytes only when it does not. The bytes are read
-/// through openForReading. "application/octet-stream" counts as no type.
-std::optional<ContentType> contentTypeForFile(const std::filesystem::path& path);
+/// it matches a glob, from `head` (the file's first bytes; no bytes for an empty file) only
+/// when it does not. "application/octet-stream" counts as no type.
+std::optional<ContentType> contentTypeForFile(std::string_view fileName,
+                                              std::span<const std::byte> head);
+
+/// The content type from a file name alone, for a file whose content cannot be read.
+std::optional<ContentType> contentTypeForFileName(std::string_view fileName);
 
 /// The type of a directory ("inode/directory", "folder").
 ContentType directoryContentType();

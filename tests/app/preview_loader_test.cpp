@@ -28,6 +28,22 @@ std::filesystem::path writePdf(const QTemporaryDir& folder, const char* name) {
   return path.toStdString();
 }
 
+lumenscribe::platform::DecoderClient& decoder() {
+  static lumenscribe::platform::DecoderClient client;
+  return client;
+}
+
+QImage previewOf(const std::filesystem::path& path, QSize box) {
+  const auto item = lumenscribe::platform::openItem(path);
+  return item ? loadPreviewImage(*item, decoder(), box) : QImage();
+}
+
+std::shared_ptr<const lumenscribe::platform::OpenedItem> opened(const std::filesystem::path& path) {
+  auto item = lumenscribe::platform::openItem(path);
+  if (!item) return nullptr;
+  return std::make_shared<const lumenscribe::platform::OpenedItem>(std::move(item).value());
+}
+
 bool allWhite(const QImage& image) {
   for (int y = 0; y < image.height(); ++y) {
     for (int x = 0; x < image.width(); ++x) {
@@ -45,11 +61,11 @@ class PreviewLoaderTest : public QObject {
  private slots:
   void picturesAreScaledToFitAndTurnedUpright() {
     const QSize box(150, 110);
-    const QImage photo = loadPreviewImage(fixture("photo_gps.jpg"), false, box);
+    const QImage photo = previewOf(fixture("photo_gps.jpg"), box);
     QCOMPARE(photo.height(), 110);  // 640 x 480 fitted into the box
     QVERIFY(qAbs(photo.width() - 147) <= 1);
     // Stored sideways with orientation 6: shown upright, so taller than wide.
-    const QImage rotated = loadPreviewImage(fixture("rotated.jpg"), false, box);
+    const QImage rotated = previewOf(fixture("rotated.jpg"), box);
     QVERIFY(!rotated.isNull());
     QVERIFY(rotated.height() > rotated.width());
     QVERIFY(rotated.width() <= box.width() && rotated.height() <= box.height());
@@ -58,7 +74,7 @@ class PreviewLoaderTest : public QObject {
   void pdfsShowPageZeroUnlessLocked() {
     QTemporaryDir folder;
     const std::filesystem::path pdf = writePdf(folder, "report.pdf");
-    const QImage page = loadPreviewImage(pdf, false, QSize(150, 110));
+    const QImage page = previewOf(pdf, QSize(150, 110));
     QVERIFY(!page.isNull());
     QVERIFY(page.width() <= 150 && page.height() <= 110);
     QVERIFY(page.height() == 110 || page.width() == 150);
@@ -69,7 +85,7 @@ class PreviewLoaderTest : public QObject {
     QCOMPARE(QProcess::execute("qpdf", {"--encrypt", "secret", "owner", "256", "--",
                                         QString::fromStdString(pdf.string()), locked}),
              0);
-    QVERIFY(loadPreviewImage(locked.toStdString(), false, QSize(150, 110)).isNull());
+    QVERIFY(previewOf(locked.toStdString(), QSize(150, 110)).isNull());
 
     // A PDF only by name gives no preview and no crash.
     const QString fake = folder.filePath("fake.pdf");
@@ -77,33 +93,35 @@ class PreviewLoaderTest : public QObject {
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write("%PDF-1.7\nnot really\n");
     file.close();
-    QVERIFY(loadPreviewImage(fake.toStdString(), false, QSize(150, 110)).isNull());
+    QVERIFY(previewOf(fake.toStdString(), QSize(150, 110)).isNull());
   }
 
   void foldersAndTextHaveNoPicture() {
-    QVERIFY(loadPreviewImage(fixture("notes.txt"), false, QSize(150, 110)).isNull());
-    QVERIFY(loadPreviewImage(fixture("empty.txt"), false, QSize(150, 110)).isNull());
-    QVERIFY(loadPreviewImage(fixture(""), true, QSize(150, 110)).isNull());
+    QVERIFY(previewOf(fixture("notes.txt"), QSize(150, 110)).isNull());
+    QVERIFY(previewOf(fixture("empty.txt"), QSize(150, 110)).isNull());
+    QVERIFY(previewOf(fixture(""), QSize(150, 110)).isNull());
   }
 
   void theSameItemIsNotLoadedTwice() {
     CachedFilePreview preview;
+    preview.setDecoder(std::shared_ptr<lumenscribe::platform::DecoderClient>(
+        &decoder(), [](lumenscribe::platform::DecoderClient*) {}));
     QSignalSpy loaded(&preview, &CachedFilePreview::previewLoaded);
-    preview.setItem(fixture("photo_gps.jpg"), "photo.fill", false);
+    preview.setItem(opened(fixture("photo_gps.jpg")), "photo.fill");
     QVERIFY(preview.isLoading());
     QVERIFY(loaded.wait(10000));
     QVERIFY(preview.renderedPreview());
-    preview.setItem(fixture("photo_gps.jpg"), "photo.fill", false);
+    preview.setItem(opened(fixture("photo_gps.jpg")), "photo.fill");
     QVERIFY(!preview.isLoading());
     QVERIFY(preview.renderedPreview());
 
     // Another item starts over, and a folder shows its icon.
-    preview.setItem(fixture("notes.txt"), "doc.text.fill", false);
+    preview.setItem(opened(fixture("notes.txt")), "doc.text.fill");
     QVERIFY(!preview.renderedPreview());
     QVERIFY(loaded.wait(10000));
     QVERIFY(!preview.renderedPreview());
     QCOMPARE(preview.fallbackSymbol(), std::string("doc.text.fill"));
-    preview.setItem(std::filesystem::path(LUMENSCRIBE_APP_FIXTURES_DIR), "folder.fill", true);
+    preview.setItem(opened(LUMENSCRIBE_APP_FIXTURES_DIR), "folder.fill");
     QVERIFY(!preview.renderedPreview());
     QCOMPARE(preview.loadedUrl(),
              std::optional(std::filesystem::path(LUMENSCRIBE_APP_FIXTURES_DIR)));

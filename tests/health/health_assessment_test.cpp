@@ -33,8 +33,7 @@ struct Expected {
 
 Accumulators assess(const std::filesystem::path& file) {
   Accumulators accumulators;
-  const auto size = static_cast<std::int64_t>(std::filesystem::file_size(file));
-  assessFileHealth(file, platform::contentTypeForFile(file), size, accumulators);
+  assessFileHealth(test::openedItem(file), test::sharedDecoder(), accumulators);
   return accumulators;
 }
 
@@ -146,43 +145,37 @@ TEST(HealthAssessment, kindOfFileComesFromTypeAndExtensionNotContent) {
   // A ZIP under another name gets only the read test; a PDF extension wins over no type.
   struct Case {
     std::filesystem::path file;
-    std::optional<ContentType> platformType;
     std::string structureLabel;
   };
   const Case cases[] = {
-      {dir.write("bundle.epub2", zipBytes), std::nullopt, "Basic Read Test"},
-      {dir.write("Scan.PDF", "not a pdf"), std::nullopt, "PDF Structure"},
-      {dir.write("Backup.ZIP", zipBytes), std::nullopt, "ZIP Structure"},
-      {dir.write("frame.raw", "not an image"), platform::contentTypeForName("image/png"),
-       "Image Structure"},
+      {dir.write("bundle.epub2", zipBytes), "Basic Read Test"},
+      {dir.write("Scan.PDF", "not a pdf"), "PDF Structure"},
+      {dir.write("Backup.ZIP", zipBytes), "ZIP Structure"},
+      {dir.write("frame.png", "not an image"), "Image Structure"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.file.filename().string());
-    Accumulators accumulators;
-    assessFileHealth(c.file, c.platformType,
-                     static_cast<std::int64_t>(std::filesystem::file_size(c.file)), accumulators);
-    EXPECT_EQ(accumulators.sections.at(0).rows.at(2).label, c.structureLabel);
+    EXPECT_EQ(assess(c.file).sections.at(0).rows.at(2).label, c.structureLabel);
   }
 }
 
 TEST(HealthAssessment, emptyAndOneByteFilesNeedNoFormatCheck) {
   TempDir dir;
-  Accumulators empty;
-  assessFileHealth(kFixtures / "empty.jpg", platform::contentTypeForName("image/jpeg"), 0, empty);
-  expectVerdict(empty, {"", "Empty file", "Structure", "No content", kLimited,
-                        "This file contains zero bytes. That may be intentional, but it has no "
-                        "content to inspect."});
-
-  Accumulators oneByte;
-  assessFileHealth(dir.write("one", "x"), std::nullopt, 1, oneByte);
-  expectVerdict(oneByte, {"", "Looks intact", "Basic Read Test", "Passed", kIntact, kIntactDetail});
+  expectVerdict(assess(kFixtures / "empty.jpg"),
+                {"", "Empty file", "Structure", "No content", kLimited,
+                 "This file contains zero bytes. That may be intentional, but it has no "
+                 "content to inspect."});
+  expectVerdict(assess(dir.write("one", "x")),
+                {"", "Looks intact", "Basic Read Test", "Passed", kIntact, kIntactDetail});
 }
 
-TEST(HealthAssessment, sizeBeyondTheFileIsAReadProblem) {
+TEST(HealthAssessment, aFileThatShrankSinceItWasOpenedIsAReadProblem) {
   TempDir dir;
-  const auto file = dir.write("short.bin", std::string(100, '\x01'));
+  const auto file = dir.write("notes.txt", std::string(4096, 'a'));
+  const platform::OpenedItem item = test::openedItem(file);
+  std::filesystem::resize_file(file, 100);
   Accumulators accumulators;
-  assessFileHealth(file, std::nullopt, 4096, accumulators);
+  assessFileHealth(item, test::sharedDecoder(), accumulators);
   expectVerdict(accumulators, {"", "Possible read problem", "Basic Read Test", "Failed", kDamage,
                                "Lumenscribe could not read both the beginning and end of this "
                                "file."});
@@ -193,8 +186,7 @@ TEST(HealthAssessment, unreadableFileIsReportedBeforeAnyCheck) {
   TempDir dir;
   const auto file = dir.write("locked.jpg", "secret");
   ASSERT_EQ(::chmod(file.c_str(), 0), 0);
-  Accumulators accumulators;
-  assessFileHealth(file, platform::contentTypeForName("image/jpeg"), 6, accumulators);
+  const Accumulators accumulators = assess(file);
   const auto& rows = accumulators.sections.at(0).rows;
   ASSERT_EQ(rows.size(), 3u);
   EXPECT_EQ(rows[0].value, "Unreadable");
@@ -204,17 +196,31 @@ TEST(HealthAssessment, unreadableFileIsReportedBeforeAnyCheck) {
   EXPECT_EQ(accumulators.findings.at(0).level, PrivacyLevel::sensitive);
 }
 
-TEST(BasicReadTest, readsTheFirstAndTheLastByteOfTheGivenSize) {
+TEST(HealthAssessment, aDecoderThatCannotStartLimitsTheVerdict) {
+  platform::DecoderClient missing({"/nonexistent/lumenscribe-decoder", std::chrono::seconds(5)});
+  for (const char* file : {"intact.jpg", "one_page.pdf"}) {
+    SCOPED_TRACE(file);
+    Accumulators accumulators;
+    assessFileHealth(test::openedItem(kFixtures / file), missing, accumulators);
+    const auto& rows = accumulators.sections.at(0).rows;
+    EXPECT_EQ(rows.at(0).value, "Verification limited");
+    EXPECT_EQ(rows.at(2).value, "Could not check");
+  }
+}
+
+TEST(BasicReadTest, readsTheFirstAndTheLastByteOfTheItemAsOpened) {
   TempDir dir;
   const auto file = dir.write("ten", "0123456789");
-  EXPECT_TRUE(basicReadTest(file, 10));
-  EXPECT_TRUE(basicReadTest(file, 1));
-  EXPECT_TRUE(basicReadTest(file, 5));  // a shorter size only moves the last byte
-  EXPECT_FALSE(basicReadTest(file, 11));
-  EXPECT_FALSE(basicReadTest(file, 0));
-  EXPECT_FALSE(basicReadTest(file, -1));
-  EXPECT_FALSE(basicReadTest(dir.path() / "missing", 10));
-  EXPECT_FALSE(basicReadTest(dir.path(), 10));
+  EXPECT_TRUE(basicReadTest(test::openedItem(file)));
+  EXPECT_FALSE(basicReadTest(test::openedItem(dir.write("empty", ""))));
+  EXPECT_FALSE(basicReadTest(test::openedItem(dir.path())));
+
+  const platform::OpenedItem grown = test::openedItem(file);
+  std::ofstream(file, std::ios::app) << "more";
+  EXPECT_TRUE(basicReadTest(grown));
+  const platform::OpenedItem shrunk = test::openedItem(file);
+  std::filesystem::resize_file(file, 13);
+  EXPECT_FALSE(basicReadTest(shrunk));
 }
 
 TEST(ZipIntegrity, testsTheNamedArchiveEvenWhenItsNameLooksLikeAPattern) {
@@ -228,19 +234,19 @@ TEST(ZipIntegrity, testsTheNamedArchiveEvenWhenItsNameLooksLikeAPattern) {
   dir.write("yz.zip", bytes("password_protected.zip"));
   for (const char* name : {"x[1].zip", "y*.zip", "why?.zip"}) {
     SCOPED_TRACE(name);
-    EXPECT_EQ(testZipIntegrity(dir.write(name, bytes("intact.zip"))).status,
+    EXPECT_EQ(testZipIntegrity(test::openedItem(dir.write(name, bytes("intact.zip")))).status,
               "Integrity test passed");
   }
 }
 
 TEST(ZipIntegrity, aToolThatCannotStartLimitsTheCheckInsteadOfFailingIt) {
   const StructureCheckResult result =
-      testZipIntegrity(kFixtures / "intact.zip", "/nonexistent/bin/unzip");
+      testZipIntegrity(test::openedItem(kFixtures / "intact.zip"), "/nonexistent/bin/unzip");
   EXPECT_EQ(result, (StructureCheckResult{"Could not test",
                                           "Lumenscribe could not run the ZIP integrity test.",
                                           false, true}));
 
-  const StructureCheckResult passed = testZipIntegrity(kFixtures / "intact.zip");
+  const StructureCheckResult passed = testZipIntegrity(test::openedItem(kFixtures / "intact.zip"));
   EXPECT_EQ(passed.status, "Integrity test passed");
   EXPECT_FALSE(passed.isProblem || passed.isLimited);
 }

@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <fstream>
+
 #include "test_files.h"
 
 namespace lumenscribe {
@@ -50,7 +52,7 @@ TEST(IdentityAndIntegrity, reportsFingerprintOwnershipAndModeBits) {
   const auto file = dir.write("setuid-tool", "x");
   ASSERT_EQ(::chmod(file.c_str(), 04755), 0);
   Accumulators accumulators;
-  addIdentityAndIntegrity(file, accumulators);
+  addIdentityAndIntegrity(test::openedItem(file), accumulators);
 
   ASSERT_EQ(accumulators.sections.size(), 1u);
   EXPECT_EQ(accumulators.sections[0].title, "Identity & Integrity");
@@ -73,7 +75,7 @@ TEST(IdentityAndIntegrity, reportsFingerprintOwnershipAndModeBits) {
 
   ASSERT_EQ(::chmod(file.c_str(), 0), 0);
   Accumulators locked;
-  addIdentityAndIntegrity(file, locked);
+  addIdentityAndIntegrity(test::openedItem(file), locked);
   EXPECT_EQ(rowsOf(locked).at("Permissions"), "000");
 }
 
@@ -83,7 +85,7 @@ TEST(IdentityAndIntegrity, keepsOwnershipWhenTheContentIsUnreadable) {
   const auto file = dir.write("secret", "x");
   ASSERT_EQ(::chmod(file.c_str(), 0200), 0);
   Accumulators accumulators;
-  addIdentityAndIntegrity(file, accumulators);
+  addIdentityAndIntegrity(test::openedItem(file), accumulators);
   const auto rows = rowsOf(accumulators);
   EXPECT_EQ(rows.count("SHA-256"), 0u);
   EXPECT_EQ(accumulators.rawMetadata.count("File SHA-256"), 0u);
@@ -97,18 +99,38 @@ TEST(IdentityAndIntegrity, describesALinkAsTheLinkItIs) {
   const auto link = dir.path() / "link";
   std::filesystem::create_symlink(target, link);
   Accumulators accumulators;
-  addIdentityAndIntegrity(link, accumulators);
+  addIdentityAndIntegrity(test::openedItem(link), accumulators);
   const auto rows = rowsOf(accumulators);
   EXPECT_EQ(rows.at("Filesystem Type"), "Symbolic link");
   EXPECT_EQ(rows.at("SHA-256"), *fileFingerprint(target));  // the content is the target's
 }
 
-TEST(IdentityAndIntegrity, addsNothingForAnItemThatIsGone) {
-  Accumulators accumulators;
-  addIdentityAndIntegrity("/nonexistent/lumenscribe/item", accumulators);
-  EXPECT_TRUE(accumulators.sections.empty());
-  EXPECT_TRUE(accumulators.summaryItems.empty());
-  EXPECT_TRUE(accumulators.rawMetadata.empty());
+TEST(IdentityAndIntegrity, fingerprintsTheItemAsOpenedWhateverHappensToThePathLater) {
+  TempDir dir;
+  const auto file = dir.write("report.txt", "abc");
+  const auto abc = "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad";
+
+  // Replaced by another file: the opened one is still the one described.
+  const platform::OpenedItem replaced = test::openedItem(file);
+  std::filesystem::rename(dir.write("other.txt", "something else"), file);
+  Accumulators first;
+  addIdentityAndIntegrity(replaced, first);
+  EXPECT_EQ(rowsOf(first).at("SHA-256"), abc);
+
+  // Grown after the open: only the bytes it had count.
+  const auto grows = dir.write("grows.txt", "abc");
+  const platform::OpenedItem grown = test::openedItem(grows);
+  std::ofstream(grows, std::ios::app) << "def";
+  Accumulators second;
+  addIdentityAndIntegrity(grown, second);
+  EXPECT_EQ(rowsOf(second).at("SHA-256"), abc);
+
+  // Shrunk: no digest rather than the digest of a prefix.
+  const platform::OpenedItem shrunk = test::openedItem(grows);
+  std::filesystem::resize_file(grows, 2);
+  Accumulators third;
+  addIdentityAndIntegrity(shrunk, third);
+  EXPECT_EQ(rowsOf(third).count("SHA-256"), 0u);
 }
 
 }  // namespace

@@ -27,11 +27,18 @@ std::vector<std::pair<std::string, std::string>> rowsOf(const Accumulators& accu
   return rows;
 }
 
-// Inspected with the platform type the driver passes: the desktop's type, from the name.
+// Inspected as the driver inspects it: the opened item's head bytes and desktop type.
 Accumulators verify(const std::filesystem::path& file) {
   Accumulators accumulators;
-  verifyFileType(file, platform::contentTypeForFile(file), accumulators);
+  verifyFileType(test::openedItem(file), accumulators);
   return accumulators;
+}
+
+// The same file judged with a desktop type of the test's choosing.
+void verifyWith(const std::filesystem::path& file, const std::optional<ContentType>& platformType,
+                Accumulators& accumulators) {
+  const platform::OpenedItem item = test::openedItem(file);
+  verifyFileType(item.url(), item.head(), platformType, accumulators);
 }
 
 TEST(TypeVerification, renamedFileIsAMismatchWithEveryRowRawEntryAndWarning) {
@@ -130,7 +137,7 @@ TEST(TypeVerification, platformTypeCanClearASuspicionButNeverRaiseOne) {
     SCOPED_TRACE(c.file.filename().string() + " as " +
                  (c.platformType ? c.platformType->identifier() : "nothing"));
     Accumulators accumulators;
-    verifyFileType(c.file, c.platformType, accumulators);
+    verifyWith(c.file, c.platformType, accumulators);
     EXPECT_EQ(accumulators.rawMetadata["Type Verification Result"],
               c.mismatch ? "Mismatch detected" : "No obvious mismatch");
     EXPECT_EQ(accumulators.rawMetadata["Type Verification macOS Type"],
@@ -145,7 +152,7 @@ TEST(TypeVerification, platformTypeCanClearASuspicionButNeverRaiseOne) {
 TEST(TypeVerification, nameWithoutExtensionGetsANoteOnlyForAKnownFormat) {
   TempDir dir;
   Accumulators readme;
-  verifyFileType(dir.write("README", "Build with cmake.\n"), std::nullopt, readme);
+  verifyWith(dir.write("README", "Build with cmake.\n"), std::nullopt, readme);
   EXPECT_EQ(rowsOf(readme).front().second, "None");
   EXPECT_EQ(readme.rawMetadata["Type Verification Extension"], "");
   EXPECT_EQ(readme.rawMetadata["Type Verification Expected Type"], "Unknown");
@@ -157,7 +164,7 @@ TEST(TypeVerification, nameWithoutExtensionGetsANoteOnlyForAKnownFormat) {
   EXPECT_EQ(readme.findings[0].level, PrivacyLevel::neutral);
 
   Accumulators unknown;
-  verifyFileType(dir.write("blob", std::string(32, '\x01')), std::nullopt, unknown);
+  verifyWith(dir.write("blob", std::string(32, '\x01')), std::nullopt, unknown);
   EXPECT_TRUE(unknown.findings.empty());
   EXPECT_EQ(unknown.rawMetadata["Type Verification Signature"], "Unknown");
   EXPECT_EQ(rowsOf(unknown).at(1).second, "No known signature detected");

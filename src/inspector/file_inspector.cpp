@@ -8,7 +8,8 @@
 #include "identity/basic_facts.h"
 #include "identity/identity_integrity.h"
 #include "identity/type_verification.h"
-#include "platform/file_status.h"
+#include "platform/decoder_client.h"
+#include "platform/opened_item.h"
 #include "platform/unicode_text.h"
 #include "privacy/privacy_summary.h"
 
@@ -25,17 +26,21 @@ std::string typeDescriptionOf(const std::filesystem::path& url, const ItemFacts&
 
 }  // namespace
 
+FileInspector::FileInspector() : FileInspector(std::make_shared<platform::DecoderClient>()) {}
+
+FileInspector::FileInspector(std::shared_ptr<platform::DecoderClient> decoder)
+    : decoder_(std::move(decoder)) {}
+
 Expected<LumenscribeResult> FileInspector::inspect(const std::filesystem::path& url) const {
   // Linux has no per-item access grants to take and release around the inspection.
-  auto read = platform::readItemFacts(url);
-  if (!read) return read.error();
-  const ItemFacts& facts = *read;
-  // FIFOs, sockets and devices are refused from their status alone: opening one could
-  // block or have effects of its own.
-  if (!facts.isRegularFile && !facts.isDirectory) {
-    return make_error_code(FileInspectionError::unsupportedFile);
-  }
+  auto item = platform::openItem(url);
+  if (!item) return item.error();
+  return inspect(*item);
+}
 
+LumenscribeResult FileInspector::inspect(const platform::OpenedItem& item) const {
+  const std::filesystem::path& url = item.url();
+  const ItemFacts& facts = item.facts();
   const std::string displayName = facts.name ? *facts.name : validUtf8(lastPathComponent(url));
   Accumulators accumulators;
 
@@ -45,9 +50,9 @@ Expected<LumenscribeResult> FileInspector::inspect(const std::filesystem::path& 
                                      basicFileFacts(url, facts));
 
   if (facts.isRegularFile) {
-    addIdentityAndIntegrity(url, accumulators);
-    verifyFileType(url, facts.contentType, accumulators);
-    assessFileHealth(url, facts.contentType, facts.fileSize.value_or(0), accumulators);
+    addIdentityAndIntegrity(item, accumulators);
+    verifyFileType(item, accumulators);
+    assessFileHealth(item, *decoder_, accumulators);
   }
 
   // Then: the folder or ZIP inventory, system metadata, the PDF, audio, video and text

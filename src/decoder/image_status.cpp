@@ -1,10 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Lumenscribe Project
 // SPDX-License-Identifier: MIT
-#include "platform/image_decoder.h"
-
-#include <sys/stat.h>
-#include <unistd.h>
-#include <vips/vips.h>
+#include "decoder/image_status.h"
 
 #include <algorithm>
 #include <array>
@@ -18,34 +14,12 @@
 #include <utility>
 #include <vector>
 
-#include "platform/file_descriptor.h"
-#include "platform/mime_database.h"
-
-namespace lumenscribe::platform {
+namespace lumenscribe::decoder {
 
 namespace {
 
-// What content sniffing is shown: as much as the MIME database reads of a file itself.
-constexpr std::size_t kSniffSize = 16 * 1024;
 // Damaged images can warn once per row; the first few say all there is to say.
 constexpr std::size_t kMessageCap = 64 * 1024;
-
-// The image formats the loaders left unblocked decode. An image type outside this list
-// that no loader takes (a BMP, a camera raw, an SVG) is one we cannot verify, which is not
-// damage; a listed one that no loader takes is.
-constexpr std::array<std::string_view, 11> kDecodableImageTypes = {
-    "image/jpeg", "image/png",           "image/gif",           "image/webp",
-    "image/tiff", "image/heif",          "image/heic",          "image/avif",
-    "image/apng", "image/heif-sequence", "image/heic-sequence",
-};
-
-struct GObjectUnref {
-  void operator()(gpointer object) const noexcept {
-    if (object != nullptr) g_object_unref(object);
-  }
-};
-using SourcePtr = std::unique_ptr<VipsSource, GObjectUnref>;
-using ImagePtr = std::unique_ptr<VipsImage, GObjectUnref>;
 
 // libvips keeps one error buffer and one log domain for the whole process, so a check's
 // messages are its own only while no other check runs.
@@ -155,34 +129,6 @@ bool riffSizeBeyondFile(std::span<const std::byte> head, std::int64_t fileSize) 
   return declared + 8 > fileSize;
 }
 
-bool isUndecodableImageType(std::span<const std::byte> head) {
-  const auto type = contentTypeForData(head);
-  if (!type || !type->conformsTo(AbstractType::image)) return false;
-  return std::none_of(kDecodableImageTypes.begin(), kDecodableImageTypes.end(),
-                      [&](std::string_view name) { return type->conformsTo(name); });
-}
-
-// The first loader, by libvips' own priority, that takes these bytes and is not blocked.
-// libvips' own search returns blocked loaders too (which then refuse to run), and would
-// stop at a blocked one that claims a file an allowed loader reads, such as a tiled TIFF.
-const char* unblockedLoaderFor(VipsSource* source) {
-  const auto accepts = [](void* item, void* data, void* /*unused*/) -> void* {
-    auto* const loader = static_cast<VipsForeignLoadClass*>(item);
-    auto* const candidate = static_cast<VipsSource*>(data);
-    const char* const nickname = VIPS_OBJECT_CLASS(item)->nickname;
-    if (nickname == nullptr || !std::string_view(nickname).ends_with("_source") ||
-        loader->is_a_source == nullptr) {
-      return nullptr;
-    }
-    if ((VIPS_OPERATION_CLASS(item)->flags & VIPS_OPERATION_BLOCKED) != 0) return nullptr;
-    // A test may have read rather than sniffed: every test starts from the first byte.
-    if (vips_source_rewind(candidate) != 0) return nullptr;
-    return loader->is_a_source(candidate) ? item : nullptr;
-  };
-  void* const found = vips_foreign_map("VipsForeignLoad", accepts, source, nullptr);
-  return found != nullptr ? VIPS_OBJECT_CLASS(found)->nickname : nullptr;
-}
-
 struct DecodePass {
   bool headerLoaded = false;
   bool hasImage = false;
@@ -214,12 +160,6 @@ DecodePass decode(const char* loader, VipsSource* source, VipsFailOn failOn) {
   return pass;
 }
 
-SourcePtr sourceFromStart(int fd) {
-  // libvips duplicates the descriptor, which shares our file position.
-  if (::lseek(fd, 0, SEEK_SET) != 0) return nullptr;
-  return SourcePtr(vips_source_new_from_descriptor(fd));
-}
-
 }  // namespace
 
 bool initialiseVips() {
@@ -245,48 +185,54 @@ bool initialiseVips() {
   return ready;
 }
 
-ImageDecodeStatus decodeImageStatus(const std::filesystem::path& path) {
-  const UniqueFd fd = openForReading(path);
-  if (!fd) return ImageDecodeStatus::cannotOpen;
-  std::vector<std::byte> head(kSniffSize);
-  const auto headSize = readFullyAt(fd.get(), head, 0);
-  struct stat status {};
-  if (!headSize || ::fstat(fd.get(), &status) != 0) return ImageDecodeStatus::cannotOpen;
-  head.resize(*headSize);
-  // Without libvips nothing can be verified, which is no evidence of damage.
-  if (!initialiseVips()) return ImageDecodeStatus::unknownImageType;
+// libvips' own search returns blocked loaders too (which then refuse to run), and would stop
+// at a blocked one that claims a file an allowed loader reads, such as a tiled TIFF.
+const char* unblockedLoaderFor(VipsSource* source) {
+  const auto accepts = [](void* item, void* data, void* /*unused*/) -> void* {
+    auto* const loader = static_cast<VipsForeignLoadClass*>(item);
+    auto* const candidate = static_cast<VipsSource*>(data);
+    const char* const nickname = VIPS_OBJECT_CLASS(item)->nickname;
+    if (nickname == nullptr || !std::string_view(nickname).ends_with("_source") ||
+        loader->is_a_source == nullptr) {
+      return nullptr;
+    }
+    if ((VIPS_OPERATION_CLASS(item)->flags & VIPS_OPERATION_BLOCKED) != 0) return nullptr;
+    // A test may have read rather than sniffed: every test starts from the first byte.
+    if (vips_source_rewind(candidate) != 0) return nullptr;
+    return loader->is_a_source(candidate) ? item : nullptr;
+  };
+  void* const found = vips_foreign_map("VipsForeignLoad", accepts, source, nullptr);
+  if (vips_source_rewind(source) != 0) return nullptr;
+  return found != nullptr ? VIPS_OBJECT_CLASS(found)->nickname : nullptr;
+}
+
+ImageDecodeStatus decodeImageStatus(const ItemBytes& item) {
+  const auto head = item.read(0, 12);
+  if (!head || !initialiseVips()) return ImageDecodeStatus::noLoader;
 
   const std::lock_guard lock(checkMutex());
-  const SourcePtr source = sourceFromStart(fd.get());
-  if (!source) {
+  const SourcePtr source = vipsSourceFor(item);
+  const char* const loader = source ? unblockedLoaderFor(source.get()) : nullptr;
+  if (loader == nullptr) {
     vips_error_clear();
-    return ImageDecodeStatus::cannotOpen;
-  }
-  const char* const loader = unblockedLoaderFor(source.get());
-  if (loader == nullptr || vips_source_rewind(source.get()) != 0) {
-    vips_error_clear();
-    return isUndecodableImageType(head) ? ImageDecodeStatus::unknownImageType
-                                        : ImageDecodeStatus::noImage;
+    return ImageDecodeStatus::noLoader;
   }
 
   const DecodePass strict = decode(loader, source.get(), VIPS_FAIL_ON_WARNING);
   if (!strict.headerLoaded) {
-    return headerSaysDataEnded(strict.messages) || riffSizeBeyondFile(head, status.st_size)
+    return headerSaysDataEnded(strict.messages) || riffSizeBeyondFile(*head, item.size)
                ? ImageDecodeStatus::headerTruncated
                : ImageDecodeStatus::headerInvalid;
   }
   if (!strict.hasImage) return ImageDecodeStatus::noImage;
   if (strict.decoded) return ImageDecodeStatus::complete;
 
-  const SourcePtr again = sourceFromStart(fd.get());
-  if (!again) {
-    vips_error_clear();
-    return ImageDecodeStatus::decodeFailed;
-  }
-  const DecodePass lenient = decode(loader, again.get(), VIPS_FAIL_ON_NONE);
+  // A fresh source: the strict pass may have left this one anywhere.
+  const SourcePtr again = vipsSourceFor(item);
+  const DecodePass lenient = again ? decode(loader, again.get(), VIPS_FAIL_ON_NONE) : DecodePass{};
   if (!lenient.decoded) return ImageDecodeStatus::decodeFailed;
   return decodeSaysDataEnded(strict.messages + lenient.messages) ? ImageDecodeStatus::incomplete
                                                                  : ImageDecodeStatus::invalidData;
 }
 
-}  // namespace lumenscribe::platform
+}  // namespace lumenscribe::decoder

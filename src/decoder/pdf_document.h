@@ -1,0 +1,24 @@
+// SPDX-FileCopyrightText: 2026 Lumenscribe Project
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <optional>
+
+#include "decoder/item_bytes.h"
+#include "platform/decoder_protocol.h"
+
+namespace lumenscribe::decoder {
+
+using platform::decoder::PdfOpenFacts;
+using platform::decoder::PreviewBox;
+using platform::decoder::RgbaImage;
+
+/// Opens the item as a PDF (poppler) and tells whether it is locked, encrypted and how many
+/// pages it has; `opened` false when poppler cannot open it at all.
+PdfOpenFacts openPdf(const ItemBytes& item);
+
+/// Page 0 rendered to fit the box, aspect kept; nothing when the document cannot be
+/// opened, is locked or has no pages.
+std::optional<RgbaImage> renderPdfFirstPage(const ItemBytes& item, const PreviewBox& box);
+
+}  // namespace lumenscribe::decoder

@@ -1,0 +1,233 @@
+// SPDX-FileCopyrightText: 2026 Lumenscribe Project
+// SPDX-License-Identifier: MIT
+#include "platform/decoder_client.h"
+
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cstdio>
+#include <string>
+
+#include "platform/child_process.h"
+#include "platform/decoder_channel.h"
+#include "platform/opened_item.h"
+
+namespace lumenscribe::platform {
+
+namespace {
+
+using namespace decoder;
+
+constexpr const char* kWorkerName = "lumenscribe-decoder";
+constexpr int kWorkerSocket = 3;
+
+class DecoderCategory final : public std::error_category {
+ public:
+  const char* name() const noexcept override { return "lumenscribe-decoder"; }
+  std::string message(int value) const override {
+    switch (static_cast<DecoderError>(value)) {
+      case DecoderError::stopped: return "The decoder stopped on this file.";
+      case DecoderError::unavailable: return "The decoder could not be started.";
+      case DecoderError::refused: return "The decoder does not serve this request.";
+    }
+    return "Unknown decoder error.";
+  }
+};
+
+// Beside the program in a build tree, in the helper folder once installed, and where the
+// build put it (for test programs that live in a folder of their own).
+std::filesystem::path locateWorker() {
+  std::vector<std::filesystem::path> candidates;
+  std::error_code error;
+  const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
+  if (!error) {
+    const auto folder = program.parent_path();
+    candidates.push_back(folder / kWorkerName);
+    candidates.push_back(folder / LUMENSCRIBE_DECODER_INSTALL_RELATIVE / kWorkerName);
+  }
+  candidates.push_back(LUMENSCRIBE_DECODER_BUILD_PATH);
+  for (const auto& candidate : candidates) {
+    if (::access(candidate.c_str(), X_OK) == 0) return candidate;
+  }
+  return {};
+}
+
+// Said once per process, whatever number of workers it starts.
+void announceWeakConfinement(const Confinement& confinement) {
+  static std::atomic<bool> announced{false};
+  if (confinement.complete() || announced.exchange(true)) return;
+  std::fputs(
+      "lumenscribe: this system does not let the decoder shut itself in fully; files are "
+      "still decoded in a separate process\n",
+      stderr);
+}
+
+}  // namespace
+
+const std::error_category& decoderCategory() {
+  static const DecoderCategory category;
+  return category;
+}
+
+std::error_code make_error_code(DecoderError error) {
+  return {static_cast<int>(error), decoderCategory()};
+}
+
+struct DecoderClient::Worker {
+  ChildProcess process;
+  Channel channel;
+  Confinement confinement;
+};
+
+DecoderClient::DecoderClient() : DecoderClient(Options{}) {}
+
+DecoderClient::DecoderClient(Options options) : options_(std::move(options)) {
+  if (options_.worker.empty()) options_.worker = locateWorker();
+}
+
+// The socket closes first, so the worker ends by itself; the process is then killed and
+// reaped in any case.
+DecoderClient::~DecoderClient() {
+  if (worker_) worker_->channel = Channel();
+}
+
+void DecoderClient::warmUp() {
+  const std::lock_guard lock(mutex_);
+  ensureWorker();
+}
+
+bool DecoderClient::ensureWorker() {
+  // A worker that died while idle (killed from outside, say) is replaced before it is used.
+  if (worker_ && worker_->channel.peerClosed()) worker_.reset();
+  if (worker_) return true;
+  if (options_.worker.empty()) return false;
+
+  int ends[2];
+  if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) return false;
+  UniqueFd ours(ends[0]);
+  const UniqueFd theirs(ends[1]);
+  const InheritedDescriptor socket{theirs.get(), kWorkerSocket};
+  auto process = spawnChild(options_.worker, {std::to_string(::getpid())}, -1, STDERR_FILENO,
+                            std::span(&socket, 1));
+  if (!process) return false;
+
+  auto worker = std::make_unique<Worker>();
+  worker->process = std::move(*process);
+  worker->channel = Channel(std::move(ours));
+  // The worker says hello once its libraries are loaded and it is shut in.
+  auto hello = worker->channel.receive(
+      kMaxRequestPayload, std::chrono::steady_clock::now() + options_.replyTimeout, false);
+  const Frame* frame = std::get_if<Frame>(&hello);
+  if (frame == nullptr || frame->header.kind != static_cast<std::uint16_t>(RequestKind::hello)) {
+    return false;
+  }
+  Reader in(frame->payload);
+  const auto confinement = readConfinement(in);
+  if (!confinement || !in.finished()) return false;
+  worker->confinement = *confinement;
+  announceWeakConfinement(worker->confinement);
+  worker_ = std::move(worker);
+  return true;
+}
+
+template <class T, class Parse>
+Expected<T> DecoderClient::request(RequestKind kind, const OpenedItem* item,
+                                   std::span<const std::byte> arguments, Parse parse) {
+  const std::lock_guard lock(mutex_);
+  if (!ensureWorker()) return make_error_code(DecoderError::unavailable);
+
+  Writer out;
+  out.i64(item != nullptr ? item->size() : 0);
+  out.raw(arguments);
+  const int descriptor = item != nullptr ? item->descriptor() : -1;
+  const auto stopped = [this] {
+    worker_.reset();  // killed and reaped
+    return make_error_code(DecoderError::stopped);
+  };
+  if (!worker_->channel.send(static_cast<std::uint16_t>(kind), out.data(), descriptor)) {
+    return stopped();
+  }
+  auto received = worker_->channel.receive(
+      kMaxReplyPayload, std::chrono::steady_clock::now() + options_.replyTimeout, false);
+  Frame* reply = std::get_if<Frame>(&received);
+  if (reply == nullptr) return stopped();
+
+  switch (static_cast<ReplyStatus>(reply->header.kind)) {
+    case ReplyStatus::ok: {
+      Reader in(reply->payload);
+      auto value = parse(in);
+      if (!value || !in.finished()) return stopped();
+      return T(std::move(*value));
+    }
+    case ReplyStatus::unknownRequest:
+    case ReplyStatus::badRequest: return make_error_code(DecoderError::refused);
+    case ReplyStatus::failed:
+      // It threw on this item (out of memory under its limit, most likely) and said so:
+      // the same worker serves the next request.
+      return make_error_code(DecoderError::stopped);
+  }
+  return stopped();
+}
+
+Expected<ImageDecodeStatus> DecoderClient::imageStatus(const OpenedItem& item) {
+  return request<ImageDecodeStatus>(RequestKind::imageStatus, &item, {},
+                                    [](Reader& in) { return readImageDecodeStatus(in); });
+}
+
+Expected<PdfOpenFacts> DecoderClient::pdfFacts(const OpenedItem& item) {
+  return request<PdfOpenFacts>(RequestKind::pdfFacts, &item, {},
+                               [](Reader& in) { return readPdfOpenFacts(in); });
+}
+
+namespace {
+
+Expected<std::optional<RgbaImage>> previewFrom(DecoderClient& client, RequestKind kind,
+                                               const OpenedItem& item, PreviewBox box) {
+  if (box.maxWidth < 1 || box.maxHeight < 1 || box.maxWidth > kMaxPreviewSide ||
+      box.maxHeight > kMaxPreviewSide) {
+    return make_error_code(DecoderError::refused);
+  }
+  Writer arguments;
+  write(arguments, box);
+  auto reply = client.call(kind, &item, arguments.data());
+  if (!reply) return reply.error();
+  Reader in(*reply);
+  auto preview = readPreview(in, box);
+  if (!preview || !in.finished()) return make_error_code(DecoderError::stopped);
+  return std::move(*preview);
+}
+
+}  // namespace
+
+Expected<std::optional<RgbaImage>> DecoderClient::pdfFirstPage(const OpenedItem& item,
+                                                               PreviewBox box) {
+  return previewFrom(*this, RequestKind::pdfFirstPage, item, box);
+}
+
+Expected<std::optional<RgbaImage>> DecoderClient::picturePreview(const OpenedItem& item,
+                                                                 PreviewBox box) {
+  return previewFrom(*this, RequestKind::picturePreview, item, box);
+}
+
+Expected<std::vector<std::byte>> DecoderClient::call(RequestKind kind, const OpenedItem* item,
+                                                     std::span<const std::byte> arguments) {
+  return request<std::vector<std::byte>>(kind, item, arguments, [](Reader& in) {
+    const auto all = in.rest();
+    return std::optional(std::vector<std::byte>(all.begin(), all.end()));
+  });
+}
+
+std::optional<pid_t> DecoderClient::workerPid() const {
+  const std::lock_guard lock(mutex_);
+  if (!worker_) return std::nullopt;
+  return worker_->process.pid();
+}
+
+std::optional<Confinement> DecoderClient::workerConfinement() const {
+  const std::lock_guard lock(mutex_);
+  if (!worker_) return std::nullopt;
+  return worker_->confinement;
+}
+
+}  // namespace lumenscribe::platform

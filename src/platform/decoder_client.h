@@ -1,0 +1,97 @@
+// SPDX-FileCopyrightText: 2026 Lumenscribe Project
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <sys/types.h>
+
+#include <chrono>
+#include <cstddef>
+#include <filesystem>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <span>
+#include <system_error>
+#include <vector>
+
+#include "lumenscribe/expected.h"
+#include "platform/decoder_protocol.h"
+
+namespace lumenscribe::platform {
+
+class OpenedItem;
+
+/// Why the decoder gave no answer.
+enum class DecoderError {
+  stopped = 1,      // it crashed, hung, ran out of memory or answered nonsense on this item
+  unavailable = 2,  // it could not be started
+  refused = 3,      // it does not serve this request
+};
+
+const std::error_category& decoderCategory();
+std::error_code make_error_code(DecoderError error);
+
+/// The engine's side of the decoder worker: every format library runs in that confined
+/// process, never in ours. The worker is started on first need (or by warmUp) and serves one
+/// request at a time; callers on several threads take turns. A worker that crashes, hangs
+/// past the reply timeout or answers nonsense is killed and reaped, that one request fails
+/// with DecoderError::stopped, and the next request starts a fresh worker.
+///
+///     platform::DecoderClient decoder;
+///     auto status = decoder.imageStatus(item);
+///     if (!status) ...  // status.error() == DecoderError::stopped: the file stopped it
+class DecoderClient {
+ public:
+  struct Options {
+    /// The worker program; empty: beside this program, where it is installed, or where the
+    /// build put it.
+    std::filesystem::path worker;
+    /// Wall time a request may take before its worker is killed.
+    std::chrono::milliseconds replyTimeout{20'000};
+  };
+
+  DecoderClient();
+  explicit DecoderClient(Options options);
+  DecoderClient(const DecoderClient&) = delete;
+  DecoderClient& operator=(const DecoderClient&) = delete;
+  /// Ends the worker (closing its socket, then killing and reaping it).
+  ~DecoderClient();
+
+  /// Starts the worker now, unless one runs, so that the first request does not wait for it.
+  void warmUp();
+
+  Expected<decoder::ImageDecodeStatus> imageStatus(const OpenedItem& item);
+  Expected<decoder::PdfOpenFacts> pdfFacts(const OpenedItem& item);
+  /// Page 0 of a PDF or the picture itself, to fit `box`; nothing when there is none to show.
+  Expected<std::optional<decoder::RgbaImage>> pdfFirstPage(const OpenedItem& item,
+                                                           decoder::PreviewBox box);
+  Expected<std::optional<decoder::RgbaImage>> picturePreview(const OpenedItem& item,
+                                                             decoder::PreviewBox box);
+
+  /// One round trip: the item's size, then `arguments`, with its descriptor beside them (no
+  /// item: size 0, no descriptor); the reply's payload back, unread.
+  Expected<std::vector<std::byte>> call(decoder::RequestKind kind, const OpenedItem* item,
+                                        std::span<const std::byte> arguments = {});
+
+  /// The running worker's process ID, for tests that end it from outside.
+  std::optional<pid_t> workerPid() const;
+  /// How far the running worker confined itself.
+  std::optional<decoder::Confinement> workerConfinement() const;
+
+ private:
+  struct Worker;
+
+  template <class T, class Parse>
+  Expected<T> request(decoder::RequestKind kind, const OpenedItem* item,
+                      std::span<const std::byte> arguments, Parse parse);
+  bool ensureWorker();
+
+  Options options_;
+  mutable std::mutex mutex_;
+  std::unique_ptr<Worker> worker_;
+};
+
+}  // namespace lumenscribe::platform
+
+template <>
+struct std::is_error_code_enum<lumenscribe::platform::DecoderError> : std::true_type {};
