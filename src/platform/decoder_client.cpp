@@ -5,6 +5,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cstdio>
 #include <string>
@@ -86,31 +87,26 @@ DecoderClient::DecoderClient(Options options) : options_(std::move(options)) {
   if (options_.worker.empty()) options_.worker = locateWorker();
 }
 
-// The socket closes first, so the worker ends by itself; the process is then killed and
-// reaped in any case.
+// Each socket closes first, so each worker ends by itself; the processes are then killed
+// and reaped in any case.
 DecoderClient::~DecoderClient() {
-  if (worker_) worker_->channel = Channel();
+  for (auto& worker : idle_) worker->channel = Channel();
 }
 
 void DecoderClient::warmUp() {
-  const std::lock_guard lock(mutex_);
-  ensureWorker();
+  if (auto worker = acquire()) release(std::move(worker), true);
 }
 
-bool DecoderClient::ensureWorker() {
-  // A worker that died while idle (killed from outside, say) is replaced before it is used.
-  if (worker_ && worker_->channel.peerClosed()) worker_.reset();
-  if (worker_) return true;
-  if (options_.worker.empty()) return false;
-
+std::unique_ptr<DecoderClient::Worker> DecoderClient::startWorker() const {
+  if (options_.worker.empty()) return nullptr;
   int ends[2];
-  if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) return false;
+  if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) return nullptr;
   UniqueFd ours(ends[0]);
   const UniqueFd theirs(ends[1]);
   const InheritedDescriptor socket{theirs.get(), kWorkerSocket};
   auto process = spawnChild(options_.worker, {std::to_string(::getpid())}, -1, STDERR_FILENO,
                             std::span(&socket, 1));
-  if (!process) return false;
+  if (!process) return nullptr;
 
   auto worker = std::make_unique<Worker>();
   worker->process = std::move(*process);
@@ -120,35 +116,80 @@ bool DecoderClient::ensureWorker() {
       kMaxRequestPayload, std::chrono::steady_clock::now() + options_.replyTimeout, false);
   const Frame* frame = std::get_if<Frame>(&hello);
   if (frame == nullptr || frame->header.kind != static_cast<std::uint16_t>(RequestKind::hello)) {
-    return false;
+    return nullptr;
   }
   Reader in(frame->payload);
   const auto confinement = readConfinement(in);
-  if (!confinement || !in.finished()) return false;
+  if (!confinement || !in.finished()) return nullptr;
   worker->confinement = *confinement;
   announceWeakConfinement(worker->confinement);
-  worker_ = std::move(worker);
-  return true;
+  return worker;
+}
+
+std::unique_ptr<DecoderClient::Worker> DecoderClient::acquire() {
+  std::unique_lock lock(mutex_);
+  for (;;) {
+    while (!idle_.empty()) {
+      std::unique_ptr<Worker> worker = std::move(idle_.back());
+      idle_.pop_back();
+      // One that died while idle (killed from outside, say) is replaced, not used.
+      if (worker->channel.peerClosed()) {
+        --running_;
+        continue;
+      }
+      busy_.push_back(worker->process.pid());
+      return worker;
+    }
+    if (running_ < options_.maxWorkers) {
+      ++running_;
+      lock.unlock();
+      std::unique_ptr<Worker> worker = startWorker();
+      lock.lock();
+      if (!worker) {
+        --running_;
+        available_.notify_one();
+        return nullptr;
+      }
+      busy_.push_back(worker->process.pid());
+      lastConfinement_ = worker->confinement;
+      return worker;
+    }
+    available_.wait(lock);
+  }
+}
+
+void DecoderClient::release(std::unique_ptr<Worker> worker, bool keep) {
+  // Declared first, so that a worker let go is killed and reaped after the lock is given up.
+  std::unique_ptr<Worker> discarded;
+  const std::lock_guard lock(mutex_);
+  std::erase(busy_, worker->process.pid());
+  if (keep) {
+    idle_.push_back(std::move(worker));
+  } else {
+    discarded = std::move(worker);
+    --running_;
+  }
+  available_.notify_one();
 }
 
 template <class T, class Parse>
 Expected<T> DecoderClient::request(RequestKind kind, const OpenedItem* item,
                                    std::span<const std::byte> arguments, Parse parse) {
-  const std::lock_guard lock(mutex_);
-  if (!ensureWorker()) return make_error_code(DecoderError::unavailable);
+  std::unique_ptr<Worker> worker = acquire();
+  if (!worker) return make_error_code(DecoderError::unavailable);
 
   Writer out;
   out.i64(item != nullptr ? item->size() : 0);
   out.raw(arguments);
   const int descriptor = item != nullptr ? item->descriptor() : -1;
-  const auto stopped = [this] {
-    worker_.reset();  // killed and reaped
+  const auto stopped = [&] {
+    release(std::move(worker), false);  // killed and reaped
     return make_error_code(DecoderError::stopped);
   };
-  if (!worker_->channel.send(static_cast<std::uint16_t>(kind), out.data(), descriptor)) {
+  if (!worker->channel.send(static_cast<std::uint16_t>(kind), out.data(), descriptor)) {
     return stopped();
   }
-  auto received = worker_->channel.receive(
+  auto received = worker->channel.receive(
       kMaxReplyPayload, std::chrono::steady_clock::now() + options_.replyTimeout, false);
   Frame* reply = std::get_if<Frame>(&received);
   if (reply == nullptr) return stopped();
@@ -158,13 +199,17 @@ Expected<T> DecoderClient::request(RequestKind kind, const OpenedItem* item,
       Reader in(reply->payload);
       auto value = parse(in);
       if (!value || !in.finished()) return stopped();
+      release(std::move(worker), true);
       return T(std::move(*value));
     }
     case ReplyStatus::unknownRequest:
-    case ReplyStatus::badRequest: return make_error_code(DecoderError::refused);
+    case ReplyStatus::badRequest:
+      release(std::move(worker), true);
+      return make_error_code(DecoderError::refused);
     case ReplyStatus::failed:
       // It threw on this item (out of memory under its limit, most likely) and said so:
       // the same worker serves the next request.
+      release(std::move(worker), true);
       return make_error_code(DecoderError::stopped);
   }
   return stopped();
@@ -218,16 +263,16 @@ Expected<std::vector<std::byte>> DecoderClient::call(RequestKind kind, const Ope
   });
 }
 
-std::optional<pid_t> DecoderClient::workerPid() const {
+std::vector<pid_t> DecoderClient::workerPids() const {
   const std::lock_guard lock(mutex_);
-  if (!worker_) return std::nullopt;
-  return worker_->process.pid();
+  std::vector<pid_t> pids = busy_;
+  for (const auto& worker : idle_) pids.push_back(worker->process.pid());
+  return pids;
 }
 
 std::optional<Confinement> DecoderClient::workerConfinement() const {
   const std::lock_guard lock(mutex_);
-  if (!worker_) return std::nullopt;
-  return worker_->confinement;
+  return lastConfinement_;
 }
 
 }  // namespace lumenscribe::platform

@@ -5,6 +5,7 @@
 #include <sys/types.h>
 
 #include <chrono>
+#include <condition_variable>
 #include <cstddef>
 #include <filesystem>
 #include <memory>
@@ -31,11 +32,12 @@ enum class DecoderError {
 const std::error_category& decoderCategory();
 std::error_code make_error_code(DecoderError error);
 
-/// The engine's side of the decoder worker: every format library runs in that confined
-/// process, never in ours. The worker is started on first need (or by warmUp) and serves one
-/// request at a time; callers on several threads take turns. A worker that crashes, hangs
-/// past the reply timeout or answers nonsense is killed and reaped, that one request fails
-/// with DecoderError::stopped, and the next request starts a fresh worker.
+/// The engine's side of the decoder workers: every format library runs in those confined
+/// processes, never in ours. A worker is started on first need (or by warmUp) and kept for
+/// the next request; each serves one request at a time, and up to `maxWorkers` serve
+/// requests from several threads at once (the rest wait their turn). A worker that crashes,
+/// hangs past the reply timeout or answers nonsense is killed and reaped, that one request
+/// fails with DecoderError::stopped, and the next request starts a fresh worker.
 ///
 ///     platform::DecoderClient decoder;
 ///     auto status = decoder.imageStatus(item);
@@ -48,16 +50,19 @@ class DecoderClient {
     std::filesystem::path worker;
     /// Wall time a request may take before its worker is killed.
     std::chrono::milliseconds replyTimeout{20'000};
+    /// Workers that may run at once.
+    int maxWorkers = 2;
   };
 
   DecoderClient();
   explicit DecoderClient(Options options);
   DecoderClient(const DecoderClient&) = delete;
   DecoderClient& operator=(const DecoderClient&) = delete;
-  /// Ends the worker (closing its socket, then killing and reaping it).
+  /// Ends the workers (closing their sockets, then killing and reaping them). No request may
+  /// be running.
   ~DecoderClient();
 
-  /// Starts the worker now, unless one runs, so that the first request does not wait for it.
+  /// Starts a worker now, unless one is idle, so that the first request does not wait for it.
   void warmUp();
 
   Expected<decoder::ImageDecodeStatus> imageStatus(const OpenedItem& item);
@@ -73,9 +78,9 @@ class DecoderClient {
   Expected<std::vector<std::byte>> call(decoder::RequestKind kind, const OpenedItem* item,
                                         std::span<const std::byte> arguments = {});
 
-  /// The running worker's process ID, for tests that end it from outside.
-  std::optional<pid_t> workerPid() const;
-  /// How far the running worker confined itself.
+  /// The process IDs of the workers that run, busy or idle, for tests that end one.
+  std::vector<pid_t> workerPids() const;
+  /// How far the last worker started confined itself.
   std::optional<decoder::Confinement> workerConfinement() const;
 
  private:
@@ -84,11 +89,20 @@ class DecoderClient {
   template <class T, class Parse>
   Expected<T> request(decoder::RequestKind kind, const OpenedItem* item,
                       std::span<const std::byte> arguments, Parse parse);
-  bool ensureWorker();
+  std::unique_ptr<Worker> startWorker() const;
+  /// An idle worker, a new one, or (at the limit) the next to become idle; nothing when none
+  /// can be started.
+  std::unique_ptr<Worker> acquire();
+  /// Gives a worker back for the next request, or (`keep` false) kills and reaps it.
+  void release(std::unique_ptr<Worker> worker, bool keep);
 
   Options options_;
   mutable std::mutex mutex_;
-  std::unique_ptr<Worker> worker_;
+  std::condition_variable available_;
+  std::vector<std::unique_ptr<Worker>> idle_;
+  std::vector<pid_t> busy_;
+  int running_ = 0;
+  std::optional<decoder::Confinement> lastConfinement_;
 };
 
 }  // namespace lumenscribe::platform
