@@ -24,15 +24,11 @@ namespace {
 using namespace platform::decoder;
 
 #ifdef LUMENSCRIBE_DECODER_TEST_HOOKS
-// A file that starts with this line makes a test build's worker die while decoding it, so
-// that tests of the command line and the window can watch a decoder crash end to end.
-constexpr std::string_view kCrashMarker = "LUMENSCRIBE TEST: CRASH THE DECODER";
-
 void crashOnMarker(const ItemBytes& item) {
   const auto head = item.read(0, 64);
   if (!head) return;
   const std::string_view text(reinterpret_cast<const char*>(head->data()), head->size());
-  if (text.find(kCrashMarker) != std::string_view::npos) ::raise(SIGSEGV);
+  if (text.find(kTestCrashMarker) != std::string_view::npos) ::raise(SIGSEGV);
 }
 
 int errorOf(int result) { return result < 0 ? errno : 0; }

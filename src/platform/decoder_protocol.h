@@ -48,6 +48,10 @@ enum class RequestKind : std::uint16_t {
   testAllocate = 106,          // allocates and touches the given number of MiB
 };
 
+/// A file whose first 64 bytes hold this line makes a test build's worker die while decoding
+/// it, so that tests of the command line and the window can watch a crash end to end.
+inline constexpr std::string_view kTestCrashMarker = "LUMENSCRIBE TEST: CRASH THE DECODER";
+
 /// The status in a reply header's `kind` field.
 enum class ReplyStatus : std::uint16_t {
   ok = 0,

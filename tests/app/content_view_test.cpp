@@ -26,6 +26,7 @@
 #include "app/result_screen.h"
 #include "app/section_card.h"
 #include "app_test_support.h"
+#include "platform/decoder_protocol.h"
 
 using namespace lumenscribe;
 using namespace lumenscribe::app;
@@ -211,6 +212,40 @@ class ContentViewTest : public QObject {
                                std::filesystem::copy_options::overwrite_existing);
     QVERIFY(inspectAndWait(view, item));
     QTRY_VERIFY(shown().height() > shown().width());
+  }
+
+  void aDecoderCrashStillShowsAResultAndTheNextDropWorks() {
+    QTemporaryDir folder;
+    const std::filesystem::path crash =
+        std::filesystem::path(folder.path().toStdString()) / "crash.png";
+    {
+      std::FILE* file = std::fopen(crash.c_str(), "wb");
+      QVERIFY(file);
+      const std::string bytes =
+          "\x89PNG\r\n\x1a\n" + std::string(platform::decoder::kTestCrashMarker);
+      std::fwrite(bytes.data(), 1, bytes.size(), file);
+      std::fclose(file);
+    }
+    ContentView view;
+    view.resize(1000, 720);
+    view.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&view));
+    QVERIFY(inspectAndWait(view, crash));
+    QVERIFY(view.isShowingResult());
+    QVERIFY(!view.state().errorMessage);
+    SectionCard* health = view.resultScreen()->sectionCard("File Health");
+    QVERIFY(health);
+    QCOMPARE(health->section().rows.at(0).value, std::string("Verification limited"));
+    QVERIFY(view.resultScreen()->sectionCard("Identity & Integrity"));
+    // Its preview was asked of a fresh worker, which crashed on it too: the icon stays.
+    QTRY_VERIFY(!view.resultScreen()->preview()->isLoading());
+    QVERIFY(!view.resultScreen()->preview()->renderedPreview());
+
+    view.inspectAnotherFile();
+    QVERIFY(inspectAndWait(view, fixture("photo_gps.jpg")));
+    QCOMPARE(view.resultScreen()->sectionCard("File Health")->section().rows.at(0).value,
+             std::string("Looks intact"));
+    QTRY_VERIFY(view.resultScreen()->preview()->renderedPreview());
   }
 
   void doubtfulHealthOpensTheExplanationSheet() {

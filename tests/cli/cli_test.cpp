@@ -8,6 +8,7 @@
 
 #include "cli/command_line.h"
 #include "platform/child_process.h"
+#include "platform/decoder_protocol.h"
 #include "test_files.h"
 
 namespace lumenscribe {
@@ -107,6 +108,25 @@ TEST(Cli, printsOneJsonObjectPerItemAndFailsForTheBadOnes) {
   const CliRun special = runCli({"/dev/null"}, platform::ChildOutput::merged);
   EXPECT_EQ(special.out,
             "lumenscribe-cli: /dev/null: Lumenscribe could not inspect this file yet.\n");
+}
+
+TEST(Cli, goesOnToTheNextItemWhenTheDecoderCrashesOnOne) {
+  TempDir dir;
+  const auto crash = dir.write(
+      "crash.png", "\x89PNG\r\n\x1a\n" + std::string(platform::decoder::kTestCrashMarker));
+  const auto photo = std::filesystem::path(LUMENSCRIBE_TEST_DATA_DIR) / "health" / "intact.jpg";
+  const CliRun run = runCli({"--json", crash.string(), photo.string(), crash.string()});
+  EXPECT_EQ(run.status, 0);
+  const auto all = lines(run.out);
+  ASSERT_EQ(all.size(), 3u);
+  for (const std::size_t crashed : {0u, 2u}) {
+    const auto result = nlohmann::json::parse(all[crashed]);
+    EXPECT_EQ(result["sections"][0]["title"], "File");
+    EXPECT_EQ(result["rawMetadata"]["File Health Assessment"], "Verification limited");
+    EXPECT_EQ(result["healthExplanation"]["structureValue"], "Decoder stopped");
+    EXPECT_TRUE(result["rawMetadata"].contains("File SHA-256"));
+  }
+  EXPECT_EQ(nlohmann::json::parse(all[1])["rawMetadata"]["File Health Assessment"], "Looks intact");
 }
 
 TEST(Cli, behavesLikeALinuxToolOnUsage) {

@@ -46,6 +46,12 @@ TEST(Corpus, everyRealWorldFileIsInspectedWithoutHarm) {
     ASSERT_TRUE(result) << result.error().message();
     ++inspected;
     EXPECT_FALSE(result->sections.empty());
+    // Real files must never be what stops a decoder: a crash or a hang here is a bug of ours
+    // or of a library that a hostile file could aim at too.
+    const auto health = result->rawMetadata.find("File Health Detail");
+    if (health != result->rawMetadata.end()) {
+      EXPECT_EQ(health->second.find("stopped while reading"), std::string::npos);
+    }
     EXPECT_FALSE(result->privacyFindings.empty());
     EXPECT_FALSE(buildTextReport(*result).empty());
     EXPECT_FALSE(resultJson(*result).empty());

@@ -10,7 +10,12 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <chrono>
+#include <fstream>
 
+#include "platform/decoder_client.h"
+#include "platform/decoder_protocol.h"
+#include "platform/opened_item.h"
 #include "test_files.h"
 
 namespace lumenscribe {
@@ -103,6 +108,17 @@ TEST(FileInspector, inspectsARegularFileWithIdentityAndDefaults) {
   EXPECT_EQ(result->privacyFindings.back().title, "No obvious high-interest metadata found");
 }
 
+TEST(FileInspector, startsNoDecoderForWhatNeedsNone) {
+  TempDir dir;
+  const FileInspector inspector;
+  ASSERT_TRUE(inspector.inspect(dir.write("notes.txt", "hello\n")));
+  ASSERT_TRUE(inspector.inspect(dir.path()));
+  EXPECT_TRUE(inspector.decoder()->workerPids().empty());
+  ASSERT_TRUE(inspector.inspect(std::filesystem::path(LUMENSCRIBE_TEST_DATA_DIR) / "health" /
+                                "intact.jpg"));
+  EXPECT_EQ(inspector.decoder()->workerPids().size(), 1u);
+}
+
 TEST(FileInspector, inspectsFoldersAndPackagesAsContainers) {
   TempDir dir;
   std::filesystem::create_directory(dir.path() / "Photos");
@@ -159,6 +175,103 @@ TEST(FileInspector, reportsAnUnreadableFileWithoutItsFingerprint) {
   ASSERT_NE(identity, nullptr);
   EXPECT_EQ(rowValue(*identity, "SHA-256"), "<missing>");
   EXPECT_EQ(rowValue(*identity, "Permissions"), "000");
+}
+
+// A PNG by its name and first bytes, which a test build's decoder crashes on.
+std::string crashingPng() {
+  return std::string("\x89PNG\r\n\x1a\n") + std::string(platform::decoder::kTestCrashMarker);
+}
+
+TEST(FileInspector, aDecoderCrashLimitsTheHealthVerdictAndKeepsTheRestOfTheResult) {
+  TempDir dir;
+  const FileInspector inspector;
+  const auto result = inspector.inspect(dir.write("crash.png", crashingPng()));
+  ASSERT_TRUE(result);
+  expectInvariants(*result);
+  for (const char* title : {"File", "Identity & Integrity", "Type Verification", "File Health"}) {
+    EXPECT_NE(sectionTitled(*result, title), nullptr) << title;
+  }
+  const auto* health = sectionTitled(*result, "File Health");
+  ASSERT_NE(health, nullptr);
+  EXPECT_EQ(rowValue(*health, "Assessment"), "Verification limited");
+  EXPECT_EQ(rowValue(*health, "Image Structure"), "Decoder stopped");
+  EXPECT_NE(result->rawMetadata.at("File Health Detail").find("stopped while reading this file"),
+            std::string::npos);
+
+  // The same inspector goes on, with a fresh worker.
+  const auto next =
+      inspector.inspect(std::filesystem::path(LUMENSCRIBE_TEST_DATA_DIR) / "health" / "intact.jpg");
+  ASSERT_TRUE(next);
+  EXPECT_EQ(rowValue(*sectionTitled(*next, "File Health"), "Assessment"), "Looks intact");
+}
+
+// A PNG chunk with its length and CRC, so that decoders take it for a well-formed one.
+std::string pngChunk(std::string_view type, std::string_view data) {
+  std::uint32_t crc = 0xFFFFFFFF;
+  for (const char c : std::string(type) + std::string(data)) {
+    crc ^= static_cast<std::uint8_t>(c);
+    for (int bit = 0; bit < 8; ++bit) crc = (crc >> 1) ^ (0xEDB88320 & (0 - (crc & 1)));
+  }
+  crc ^= 0xFFFFFFFF;
+  const auto bigEndian = [](std::uint32_t value) {
+    return std::string{static_cast<char>(value >> 24), static_cast<char>(value >> 16),
+                       static_cast<char>(value >> 8), static_cast<char>(value)};
+  };
+  return bigEndian(static_cast<std::uint32_t>(data.size())) + std::string(type) +
+         std::string(data) + bigEndian(crc);
+}
+
+TEST(FileInspector, anImageClaimingTenBillionPixelsStillGetsItsResult) {
+  TempDir dir;
+  // 100000 x 100000 RGB, 8 bits, then a few bytes of pixel data and the end.
+  const std::string header("\x00\x01\x86\xA0\x00\x01\x86\xA0\x08\x02\x00\x00\x00", 13);
+  const std::string png = std::string("\x89PNG\r\n\x1a\n") + pngChunk("IHDR", header) +
+                          pngChunk("IDAT", std::string("\x78\x9c\x63\x00\x00", 5)) +
+                          pngChunk("IEND", "");
+  const auto started = std::chrono::steady_clock::now();
+  const auto result = FileInspector().inspect(dir.write("huge.png", png));
+  ASSERT_TRUE(result);
+  EXPECT_LT(std::chrono::steady_clock::now() - started, std::chrono::seconds(30));
+  const auto* health = sectionTitled(*result, "File Health");
+  ASSERT_NE(health, nullptr);
+  EXPECT_NE(rowValue(*health, "Assessment"), "Looks intact");
+}
+
+TEST(FileInspector, describesTheItemAsItWasOpenedWhateverHappensToThePath) {
+  TempDir dir;
+  const auto path = dir.write("invoice.pdf", "plain words, not a PDF at all\n");
+  const platform::OpenedItem item = test::openedItem(path);
+  // Replaced by a real PDF, then appended to, between the open and the analyzers.
+  std::filesystem::copy_file(
+      std::filesystem::path(LUMENSCRIBE_TEST_DATA_DIR) / "health" / "one_page.pdf",
+      dir.path() / "real.pdf");
+  std::filesystem::rename(dir.path() / "real.pdf", path);
+  std::ofstream(path, std::ios::app) << "trailing bytes";
+
+  const LumenscribeResult result = FileInspector().inspect(item);
+  EXPECT_EQ(rowValue(result.sections[0], "Size"), "30 bytes");
+  EXPECT_EQ(rowValue(*sectionTitled(result, "Type Verification"), "Content Signature"),
+            "Plain text");
+  EXPECT_EQ(rowValue(*sectionTitled(result, "File Health"), "PDF Structure"), "Could not open");
+  EXPECT_EQ(result.rawMetadata.at("File SHA-256"),
+            "79ea4cd59ec2a31ef80c9e90cb4c1326e2dd07deff48655cc592d40406b96c82");
+}
+
+TEST(FileInspector, anOpenedFolderStaysTheFolderWhenItsPathIsSwappedForALink) {
+  TempDir dir;
+  std::filesystem::create_directory(dir.path() / "album");
+  dir.write("album/mine.txt", "x");
+  std::filesystem::create_directory(dir.path() / "elsewhere");
+  dir.write("elsewhere/theirs.txt", "y");
+  const platform::OpenedItem item = test::openedItem(dir.path() / "album");
+  std::filesystem::rename(dir.path() / "album", dir.path() / "moved");
+  std::filesystem::create_directory_symlink(dir.path() / "elsewhere", dir.path() / "album");
+
+  struct stat status {};
+  EXPECT_EQ(::fstatat(item.descriptor(), "mine.txt", &status, AT_SYMLINK_NOFOLLOW), 0);
+  EXPECT_NE(::fstatat(item.descriptor(), "theirs.txt", &status, AT_SYMLINK_NOFOLLOW), 0);
+  EXPECT_TRUE(item.facts().isDirectory);
+  EXPECT_FALSE(item.facts().isSymbolicLink);
 }
 
 TEST(FileInspector, leavesTheInspectedFileUntouched) {
