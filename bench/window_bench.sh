@@ -12,7 +12,7 @@ if [ -z "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
   exec xvfb-run -a -s "-screen 0 1600x1000x24" "$0" "$@"
 fi
 cmake --preset release > /dev/null
-cmake --build --preset release --target window-bench lumenscribe-codecs > /dev/null
+cmake --build --preset release --target window-bench lumenscribe-decoder > /dev/null
 bench=build/release/src/app/window-bench
 
 work=$(mktemp -d "${TMPDIR:-/tmp}/lumenscribe-window-bench-XXXXXX")

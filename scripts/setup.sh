@@ -10,6 +10,8 @@ packages=(
   # engine libraries
   qt6-base-dev libssl-dev libicu-dev nlohmann-json3-dev
   libvips-dev libexiv2-dev libpoppler-cpp-dev
+  # the decoder worker confines itself with seccomp
+  libseccomp-dev
   libavformat-dev libavcodec-dev libavutil-dev
   # window
   qt6-svg-dev libqt6svg6 libgl-dev
