@@ -151,6 +151,16 @@ TEST(DecoderClient, aWorkerThatDiedWhileIdleIsReplacedWithoutLosingTheNextReques
   EXPECT_EQ(client.imageStatus(jpeg).value(), ImageDecodeStatus::complete);
 }
 
+TEST(DecoderClient, aWorkerOutlivesTheThreadThatStartedIt) {
+  DecoderClient client(quickOptions());
+  const OpenedItem jpeg = test::openedItem(kFixtures / "intact.jpg");
+  std::thread([&] { client.warmUp(); }).join();
+  const pid_t worker = client.workerPids().at(0);
+  std::this_thread::sleep_for(100ms);
+  EXPECT_EQ(client.imageStatus(jpeg).value(), ImageDecodeStatus::complete);
+  EXPECT_EQ(client.workerPids(), std::vector<pid_t>{worker});
+}
+
 TEST(DecoderClient, twoRequestsRunAtOnceOnTwoWorkers) {
   DecoderClient client(quickOptions());
   const OpenedItem jpeg = test::openedItem(kFixtures / "intact.jpg");
