@@ -9,6 +9,7 @@
 #include <span>
 
 #include "decoder/request_handler.h"
+#include "fuzz_check.h"
 #include "platform/decoder_protocol.h"
 
 using namespace lumenscribe::platform::decoder;
@@ -17,7 +18,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const auto bytes = std::as_bytes(std::span(data, size));
   if (bytes.size() >= kHeaderSize) {
     const auto header = decodeHeader(bytes.first<kHeaderSize>(), kMaxReplyPayload);
-    if (header && header->length > kMaxReplyPayload) __builtin_trap();
+    FUZZ_CHECK(!header || header->length <= kMaxReplyPayload);
   }
   const auto readAll = [&](auto read) {
     Reader in(bytes);
@@ -31,11 +32,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     // A preview is never larger than the box it was asked for.
     const PreviewBox box{17, 9};
     const auto preview = readPreview(in, box);
-    if (preview && *preview &&
-        ((*preview)->width > box.maxWidth || (*preview)->height > box.maxHeight ||
-         (*preview)->pixels.size() != static_cast<std::size_t>((*preview)->width) *
-                                          static_cast<std::size_t>((*preview)->height) * 4)) {
-      __builtin_trap();
+    if (preview && *preview) {
+      const auto& image = **preview;
+      FUZZ_CHECK(image.width <= box.maxWidth && image.height <= box.maxHeight);
+      FUZZ_CHECK(image.pixels.size() == static_cast<std::size_t>(image.width) *
+                                            static_cast<std::size_t>(image.height) * 4);
     }
   });
 

@@ -21,6 +21,8 @@ packages=(
   # tests and fixtures
   libgtest-dev googletest zip qpdf libimage-exiftool-perl poppler-utils libvips-tools
   xvfb xauth
+  # fuzzing: libFuzzer and the sanitizer runtimes that go with this clang
+  clang-14 libclang-rt-14-dev libfuzzer-14-dev
   # benchmarks
   openssl hyperfine time
   # health fixtures: ppmtobmp writes the BMP that no image loader we allow reads

@@ -3,6 +3,7 @@
 # SPDX-License-Identifier: MIT
 # Installs what is missing, then builds with warnings as errors and runs every test twice:
 # once as built for debugging, once under AddressSanitizer and UndefinedBehaviorSanitizer.
+# Last, every fuzz target replays its regression inputs and fuzzes for 30 seconds.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -14,3 +15,6 @@ for preset in dev asan; do
   cmake --build --preset "$preset" -j "$jobs"
   ctest --preset "$preset" -j "$jobs"
 done
+
+echo "== fuzz"
+scripts/fuzz.sh all 30
