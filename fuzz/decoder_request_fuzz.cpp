@@ -57,9 +57,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       case RequestKind::pdfFacts:
         parsed = platform::decoder::readPdfOpenFacts(in).has_value();
         break;
-      default:
-        parsed = platform::decoder::readPreview(in, {64, 48}).has_value();
-        break;
+      default: parsed = platform::decoder::readPreview(in, {64, 48}).has_value(); break;
     }
     FUZZ_CHECK(parsed && in.finished());
   }

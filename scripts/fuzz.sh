@@ -35,6 +35,8 @@ else
 fi
 
 export UBSAN_OPTIONS=${UBSAN_OPTIONS:-print_stacktrace=1}
+# fontconfig and the like keep a few allocations for the life of the process; see the file.
+export LSAN_OPTIONS=${LSAN_OPTIONS:-suppressions=$PWD/tests/lsan.supp}
 limits=(-timeout=25 -rss_limit_mb=4096)
 mkdir -p "$build/logs"
 

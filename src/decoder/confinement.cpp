@@ -219,6 +219,13 @@ constexpr std::array kAllowed = {
     "getcpu",
 };
 
+// One condition on argument `index`; spelled out because libseccomp's SCMP_A* macros leave a
+// field to its default, which some compilers warn about.
+constexpr scmp_arg_cmp argument(unsigned index, scmp_compare op, scmp_datum_t value,
+                                scmp_datum_t other = 0) {
+  return scmp_arg_cmp{index, op, value, other};
+}
+
 bool allow(scmp_filter_ctx filter, const char* name, std::initializer_list<scmp_arg_cmp> args) {
   const int number = seccomp_syscall_resolve_name(name);
   if (number == __NR_SCMP_ERROR) return true;
@@ -246,27 +253,28 @@ bool applySeccomp() {
   for (const char* name : kAllowed) ok = allow(f, name, {}) && ok;
 
   constexpr scmp_datum_t writeFlags = O_WRONLY | O_RDWR | O_CREAT | O_TRUNC | O_APPEND;
-  ok = allow(f, "openat", {SCMP_A2(SCMP_CMP_MASKED_EQ, writeFlags, 0)}) && ok;
-  ok = allow(f, "open", {SCMP_A1(SCMP_CMP_MASKED_EQ, writeFlags, 0)}) && ok;
+  ok = allow(f, "openat", {argument(2, SCMP_CMP_MASKED_EQ, writeFlags, 0)}) && ok;
+  ok = allow(f, "open", {argument(1, SCMP_CMP_MASKED_EQ, writeFlags, 0)}) && ok;
   // glibc falls back to openat and to clone (whose flags a filter can see) on ENOSYS.
   ok = answer(f, "openat2", ENOSYS) && ok;
   ok = answer(f, "clone3", ENOSYS) && ok;
-  ok = allow(f, "clone", {SCMP_A0(SCMP_CMP_MASKED_EQ, CLONE_THREAD, CLONE_THREAD)}) && ok;
+  ok = allow(f, "clone", {argument(0, SCMP_CMP_MASKED_EQ, CLONE_THREAD, CLONE_THREAD)}) && ok;
 
   // Signals to itself only: abort() and a thread's own signals still work.
   const auto self = static_cast<scmp_datum_t>(::getpid());
   for (const char* name : {"kill", "tgkill", "rt_sigqueueinfo", "rt_tgsigqueueinfo"}) {
-    ok = allow(f, name, {SCMP_A0(SCMP_CMP_EQ, self)}) && ok;
+    ok = allow(f, name, {argument(0, SCMP_CMP_EQ, self)}) && ok;
   }
   // Limits may be read; only the processor-time budget may change (see limitProcessorTime).
-  ok = allow(f, "prlimit64", {SCMP_A0(SCMP_CMP_EQ, 0), SCMP_A2(SCMP_CMP_EQ, 0)}) && ok;
-  ok = allow(f, "prlimit64", {SCMP_A0(SCMP_CMP_EQ, 0), SCMP_A1(SCMP_CMP_EQ, RLIMIT_CPU)}) && ok;
-  ok = allow(f, "setrlimit", {SCMP_A0(SCMP_CMP_EQ, RLIMIT_CPU)}) && ok;
+  ok = allow(f, "prlimit64", {argument(0, SCMP_CMP_EQ, 0), argument(2, SCMP_CMP_EQ, 0)}) && ok;
+  ok = allow(f, "prlimit64", {argument(0, SCMP_CMP_EQ, 0), argument(1, SCMP_CMP_EQ, RLIMIT_CPU)}) &&
+       ok;
+  ok = allow(f, "setrlimit", {argument(0, SCMP_CMP_EQ, RLIMIT_CPU)}) && ok;
   for (const unsigned long request : {TCGETS, FIONREAD, FIONBIO, FIOCLEX}) {
-    ok = allow(f, "ioctl", {SCMP_A1(SCMP_CMP_EQ, request)}) && ok;
+    ok = allow(f, "ioctl", {argument(1, SCMP_CMP_EQ, request)}) && ok;
   }
   for (const int option : {PR_SET_NAME, PR_GET_NAME, PR_GET_DUMPABLE}) {
-    ok = allow(f, "prctl", {SCMP_A0(SCMP_CMP_EQ, static_cast<scmp_datum_t>(option))}) && ok;
+    ok = allow(f, "prctl", {argument(0, SCMP_CMP_EQ, static_cast<scmp_datum_t>(option))}) && ok;
   }
   return ok && seccomp_load(f) == 0;
 }
