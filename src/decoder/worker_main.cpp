@@ -3,13 +3,17 @@
 // lumenscribe-decoder: the confined worker that runs every format library. The engine starts
 // it with one end of a socket pair as descriptor 3 and its own process ID as the argument;
 // it answers requests until that socket closes, one at a time.
+#include <poll.h>
 #include <signal.h>
-#include <sys/prctl.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <charconv>
 #include <cstring>
+#include <optional>
 #include <string_view>
+#include <thread>
 
 #include "decoder/confinement.h"
 #include "decoder/request_handler.h"
@@ -54,21 +58,40 @@ bool misbehave(Channel& channel, RequestKind kind) {
 }
 #endif
 
-// Dies with the engine: a worker whose engine is gone has no one to answer.
-bool followParent(const char* argument) {
+// The engine that started this worker, when it is still there.
+std::optional<pid_t> engineOf(const char* argument) {
   pid_t parent = 0;
   const std::string_view text = argument;
-  if (std::from_chars(text.data(), text.data() + text.size(), parent).ec != std::errc{}) {
-    return false;
+  if (std::from_chars(text.data(), text.data() + text.size(), parent).ec != std::errc{} ||
+      ::getppid() != parent) {
+    return std::nullopt;
   }
-  ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-  return ::getppid() == parent;
+  return parent;
+}
+
+// Dies with the engine: a worker whose engine is gone has no one to answer. A parent-death
+// signal would follow the engine thread that started the worker, and the engine's threads
+// come and go (a request sent from a pool thread starts a worker that must outlive it), so
+// a thread waits for the engine's process itself to end. Started after Landlock, which it
+// inherits, and before seccomp, which refuses pidfd_open; where the kernel has no pidfds,
+// the worker still ends as soon as the engine's end of the socket closes.
+void followEngine(pid_t engine) {
+  const int process = static_cast<int>(::syscall(SYS_pidfd_open, engine, 0));
+  if (process < 0) return;
+  if (::getppid() != engine) ::_exit(0);
+  std::thread([process] {
+    pollfd ended{process, POLLIN, 0};
+    while (::poll(&ended, 1, -1) < 0 && errno == EINTR) {
+    }
+    ::_exit(0);
+  }).detach();
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 2 || !followParent(argv[1])) return 2;
+  const std::optional<pid_t> engine = argc == 2 ? engineOf(argv[1]) : std::nullopt;
+  if (!engine) return 2;
   // Only the socket stays; whatever else the engine's process had open is not ours.
   ::close_range(kSocket + 1, ~0U, 0);
   // A write past the file-size limit fails instead of ending the worker (stderr may be a
@@ -79,6 +102,7 @@ int main(int argc, char** argv) {
   Confinement confinement;
   decoder::confineFileSystem(confinement);
   decoder::initialiseDecoders();
+  followEngine(*engine);
   decoder::filterSystemCalls(confinement);
 
   Channel channel{platform::UniqueFd(kSocket)};
