@@ -5,6 +5,7 @@
 #include <glib.h>
 
 #include <array>
+#include <cctype>
 #include <climits>
 #include <cmath>
 #include <cstdio>
@@ -234,18 +235,66 @@ std::optional<MetadataValue> timeStamp(const Exiv2::Value& value) {
   return MetadataValue(buffer + secondsText);
 }
 
-std::string asciiBytes(const Exiv2::Value& value) {
+std::string rawBytes(const Exiv2::Value& value) {
   std::string bytes(static_cast<std::size_t>(value.size()), '\0');
   value.copy(reinterpret_cast<Exiv2::byte*>(bytes.data()), Exiv2::littleEndian);
-  return propertyText(bytes);
+  return bytes;
+}
+
+// Photographer and editor, each ended by a NUL, become two lines; blanks that fill a field
+// are dropped (as exiftool reads it).
+std::string copyrightText(const Exiv2::Value& value) {
+  std::string text = rawBytes(value);
+  const auto dropBlanksBefore = [&](std::size_t at) {
+    std::size_t start = at;
+    while (start > 0 && text[start - 1] == ' ') --start;
+    return start;
+  };
+  if (const std::size_t first = text.find('\0'); first != std::string::npos) {
+    const std::size_t start = dropBlanksBefore(first);
+    text.replace(start, first + 1 - start, "\n");
+    if (const std::size_t second = text.find('\0'); second != std::string::npos) {
+      text.resize(dropBlanksBefore(second));
+    }
+  }
+  if (!text.empty() && text.back() == '\n') text.pop_back();
+  return propertyText(text);
+}
+
+std::string withoutTrailingSpace(std::string text) {
+  while (!text.empty() && std::isspace(static_cast<unsigned char>(text.back())) != 0) {
+    text.pop_back();
+  }
+  return text;
+}
+
+// The APEX values as seconds and f-numbers, the way exiftool reads them.
+std::optional<MetadataValue> fromApex(const std::string& name, std::optional<MetadataValue> apex) {
+  const double* value = apex ? apex->get<double>() : nullptr;
+  if (value == nullptr) return apex;
+  double converted = 0;
+  if (name == "ShutterSpeedValue") {
+    converted = std::abs(*value) < 100 ? std::exp2(-*value) : 0;
+  } else {
+    converted = std::exp2(*value / 2);
+  }
+  if (!std::isfinite(converted)) return std::nullopt;
+  return MetadataValue(converted);
 }
 
 void addExifTag(const std::string& name, const Exiv2::Value& value, Map& exif,
                 PropertyBudget& budget) {
-  if (name == "MakerNote" || name == "InteroperabilityTag") return;
+  if (isUnreadExifTag(name)) return;
   std::optional<MetadataValue> converted;
   if (isVersionTag(name)) {
-    converted = asciiBytes(value);
+    converted = propertyText(rawBytes(value));
+  } else if (isBlankFilledTag(name)) {
+    converted = plainValue(value, kMaxElements);
+    if (const auto* text = converted ? converted->get<std::string>() : nullptr) {
+      converted = withoutTrailingSpace(*text);
+    }
+  } else if (isApexTag(name)) {
+    converted = fromApex(name, plainValue(value, kMaxElements));
   } else {
     converted = plainValue(value, kMaxElements, name == "ISOSpeedRatings");
   }
@@ -255,11 +304,18 @@ void addExifTag(const std::string& name, const Exiv2::Value& value, Map& exif,
 void addTiffTag(const std::string& name, const Exiv2::Value& value, Map& tiff,
                 PropertyBudget& budget) {
   if (isStructuralTiffTag(name)) return;
+  std::optional<MetadataValue> converted;
   if (isWindowsTextTag(name)) {
-    put(tiff, name, utf16Text(value), budget);
-    return;
+    converted = utf16Text(value);
+  } else if (name == "Copyright" && value.typeId() == Exiv2::asciiString) {
+    converted = copyrightText(value);
+  } else {
+    converted = plainValue(value, kMaxElements);
+    // Fields that cameras fill with blanks when they have nothing to say.
+    const auto* text = converted ? converted->get<std::string>() : nullptr;
+    if (text != nullptr && isBlankFilledTag(name)) converted = withoutTrailingSpace(*text);
   }
-  put(tiff, name, plainValue(value, kMaxElements), budget);
+  put(tiff, name, std::move(converted), budget);
 }
 
 void addGpsTag(const std::string& name, const Exiv2::Value& value, Map& gps,
@@ -282,9 +338,13 @@ void addExifData(const Exiv2::ExifData& data, Exiv2Reading& reading, PropertyBud
   for (const auto& datum : data) {
     // One tag that Exiv2 cannot hand over costs that tag only.
     try {
-      const std::string name = datum.tagName();
-      if (name.starts_with("0x")) continue;  // a tag without a name says nothing readable
       const std::string group = datum.groupName();
+      std::string name = datum.tagName();
+      // EXIF tags that a camera put in IFD0, which Exiv2 knows by their EXIF-IFD names only.
+      if (group == "Image" && name.starts_with("0x")) {
+        name = Exiv2::ExifKey(datum.tag(), "Photo").tagName();
+      }
+      if (name.starts_with("0x")) continue;  // a tag without a name says nothing readable
       const Exiv2::Value& value = datum.value();
       if (group == "Photo") {
         addExifTag(name, value, exif, budget);
@@ -318,7 +378,10 @@ void addIptcData(const Exiv2::IptcData& data, Exiv2Reading& reading, PropertyBud
   std::map<std::string, Array> repeated;
   for (const auto& datum : data) {
     try {
-      if (datum.record() != Exiv2::IptcDataSets::application2) continue;
+      if (datum.record() != Exiv2::IptcDataSets::application2 &&
+          datum.record() != Exiv2::IptcDataSets::envelope) {
+        continue;
+      }
       const std::string name = datum.tagName();
       if (name.starts_with("0x")) continue;
       auto value = plainValue(datum.value(), kMaxElements);

@@ -48,8 +48,20 @@ constexpr std::array kStructuralTiffTags = {
     "MakerNote"sv,
 };
 
+constexpr std::array kUnreadExifTags = {"MakerNote"sv, "InteroperabilityTag"sv, "CFAPattern"sv};
+
+constexpr std::array kBlankFilledTags = {"Make"sv,
+                                         "Model"sv,
+                                         "Software"sv,
+                                         "Artist"sv,
+                                         "SubSecTime"sv,
+                                         "SubSecTimeOriginal"sv,
+                                         "SubSecTimeDigitized"sv};
+
 constexpr std::array kVersionTags = {"ExifVersion"sv, "FlashpixVersion"sv,
                                      "InteroperabilityVersion"sv};
+
+constexpr std::array kApexTags = {"ShutterSpeedValue"sv, "ApertureValue"sv, "MaxApertureValue"sv};
 
 constexpr std::array kWindowsTextTags = {"XPTitle"sv, "XPComment"sv, "XPAuthor"sv, "XPKeywords"sv,
                                          "XPSubject"sv};
@@ -78,7 +90,13 @@ bool isStructuralTiffTag(std::string_view exiv2Name) {
   return contains(kStructuralTiffTags, exiv2Name);
 }
 
+bool isUnreadExifTag(std::string_view exiv2Name) { return contains(kUnreadExifTags, exiv2Name); }
+
+bool isBlankFilledTag(std::string_view exiv2Name) { return contains(kBlankFilledTags, exiv2Name); }
+
 bool isVersionTag(std::string_view exiv2Name) { return contains(kVersionTags, exiv2Name); }
+
+bool isApexTag(std::string_view exiv2Name) { return contains(kApexTags, exiv2Name); }
 
 bool isWindowsTextTag(std::string_view exiv2Name) { return contains(kWindowsTextTags, exiv2Name); }
 

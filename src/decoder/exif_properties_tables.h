@@ -20,8 +20,20 @@ std::string gpsKeyFor(std::string_view exiv2Name);
 /// the pointers to other IFDs, and the XMP, IPTC and ICC blocks that are read on their own.
 bool isStructuralTiffTag(std::string_view exiv2Name);
 
+/// EXIF-IFD tags left out: the maker note (read by its groups), the pointer to the interop
+/// IFD, and the sensor's colour filter layout, a table of no interest to a reader.
+bool isUnreadExifTag(std::string_view exiv2Name);
+
+/// Text tags that cameras pad with blanks when they have nothing to say (Make, Model,
+/// Software, Artist, the sub-second times), read without their trailing blanks.
+bool isBlankFilledTag(std::string_view exiv2Name);
+
 /// "Undefined" EXIF tags that hold four ASCII digits ("0232").
 bool isVersionTag(std::string_view exiv2Name);
+
+/// EXIF tags in APEX units (ShutterSpeedValue, ApertureValue, MaxApertureValue), which the
+/// dictionaries hold as seconds and f-numbers.
+bool isApexTag(std::string_view exiv2Name);
 
 /// Windows' UTF-16 text tags of IFD0 (XPAuthor, XPComment, ...).
 bool isWindowsTextTag(std::string_view exiv2Name);
