@@ -200,7 +200,9 @@ std::string gpsCoordinateText(const MetadataValue& coordinate, const MetadataVal
 std::string exposureBiasText(const MetadataValue& bias) {
   const auto value = metadataDouble(bias);
   if (!value) return text(bias);
-  return (*value > 0 ? "+" : "") + compactNumberText(*value) + " EV";
+  std::string shown = compactNumberText(*value) + " EV";
+  if (*value > 0) shown.insert(shown.begin(), '+');
+  return shown;
 }
 
 std::string digitalZoomText(const MetadataValue& ratio) {

@@ -2,9 +2,25 @@
 // SPDX-License-Identifier: MIT
 #include "analyzers/image_pass.h"
 
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+#include "identity/content_signature.h"
+
 namespace lumenscribe {
 
 namespace {
+
+// Starting a decoder worker costs more than a small file's whole inspection, and no image
+// loader or metadata reader reads text, PDFs, archives or audio: those are not sent to one.
+bool mayHoldPicture(const platform::OpenedItem& item) {
+  using namespace std::string_view_literals;
+  constexpr std::array kNeverPictures = {"text"sv, "pdf"sv, "archive"sv, "audio"sv};
+  const auto signature = contentSignatureOf(item.head());
+  return !signature || std::find(kNeverPictures.begin(), kNeverPictures.end(),
+                                 signature->category) == kNeverPictures.end();
+}
 
 void addSection(Accumulators& accumulators, const std::vector<InsightRow>& rows, const char* title,
                 const char* icon) {
@@ -16,7 +32,10 @@ void addSection(Accumulators& accumulators, const std::vector<InsightRow>& rows,
 
 std::optional<MetadataValue::Map> readImagePropertyMap(const platform::OpenedItem& item,
                                                        platform::DecoderClient& decoder) {
-  if (!item.facts().isRegularFile || !item.isReadable() || item.size() <= 0) return std::nullopt;
+  if (!item.facts().isRegularFile || !item.isReadable() || item.size() <= 0 ||
+      !mayHoldPicture(item)) {
+    return std::nullopt;
+  }
   auto reply = decoder.imageProperties(item);
   if (!reply || !reply->has_value() || (*reply)->imageCount < 1) return std::nullopt;
   return std::move((*reply)->properties);
