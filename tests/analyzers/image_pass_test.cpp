@@ -124,5 +124,20 @@ TEST(ImagePass, readsThePropertyMapOfAnyPictureWhateverItsName) {
   }
 }
 
+TEST(ImagePass, startsNoDecoderForFilesThatCannotBePictures) {
+  platform::DecoderClient decoder;
+  test::TempDir dir;
+  const std::filesystem::path health = std::filesystem::path(LUMENSCRIBE_TEST_DATA_DIR) / "health";
+  for (const auto& file :
+       {dir.write("notes.jpg", "Just words.\n"), health / "one_page.pdf", health / "intact.zip"}) {
+    EXPECT_FALSE(readImagePropertyMap(test::openedItem(file), decoder)) << file;
+  }
+  EXPECT_TRUE(decoder.workerPids().empty());
+  // Anything else may be a picture: an unknown binary is asked about.
+  const auto unknown = dir.write("blob", std::string("\x01\x02\x03\x04\x05\x06\x07\x08", 8));
+  EXPECT_FALSE(readImagePropertyMap(test::openedItem(unknown), decoder));
+  EXPECT_EQ(decoder.workerPids().size(), 1u);
+}
+
 }  // namespace
 }  // namespace lumenscribe

@@ -97,6 +97,12 @@ for file in photo.webp photo.tif photo.heic photo.avif; do
     "$out/$file"
 done
 
+# A HEIF picture saved without metadata, its EXIF added afterwards: Exiv2 finds none of it
+# (libvips does).
+vips copy "$work/srgb.v" "$out/exif_added_later.heic[strip]"
+tag -Make="Fixture Optics" -Model="FX-heic-later" -GPSLatitude=10.5 -GPSLatitudeRef=S \
+  "$out/exif_added_later.heic"
+
 # An ImageDescription far longer than anyone writes (TIFF has no segment limit).
 vips copy "$work/srgb.v" "$out/huge_description.tif"
 head -c 100000 /dev/zero | tr '\0' 'a' > "$work/description.txt"

@@ -94,6 +94,12 @@ def main():
         # The seconds have a zero denominator; the longitude is sound.
         "gps_zero_denominator.jpg": tiff_block(
             camera, None, {**south, 2: rational((33, 1), (52, 1), (30, 0))}),
+        # Fields padded with blanks, and a copyright of photographer and editor.
+        "padded_fields.jpg": tiff_block(
+            {0x010F: ascii_("Fixture Optics      "), 0x0110: ascii_("FX-300    "),
+             0x0131: ascii_("Firmware 1.0   "),
+             0x8298: (ASCII, 21, b"Photographer \0Editor\0")},
+            {0x9291: ascii_("42  ")}, None),
         # Text where numbers belong and a number where text belongs.
         "wrong_types.jpg": tiff_block(
             {0x010F: short(42), 0x0110: ascii_("FX-200")},

@@ -243,6 +243,10 @@ TEST(ImageProperties, pixelFactsColourAndTheFormatsOwnDictionaries) {
       {"photo.tif", 1, {{"{TIFF}.Model", "FX-tif"}, {"{Exif}.ISOSpeedRatings", "800"}}},
       {"photo.heic", 1, {{"{TIFF}.Model", "FX-heic"}, {"{Exif}.ExposureTime", "0.5"}}},
       {"photo.avif", 1, {{"{TIFF}.Model", "FX-avif"}, {"{GPS}.LongitudeRef", "E"}}},
+      // Exiv2 finds no EXIF here; libvips' copy of it is read instead.
+      {"exif_added_later.heic",
+       1,
+       {{"{TIFF}.Model", "FX-heic-later"}, {"{GPS}.Latitude", "10.5"}, {"PixelWidth", "96"}}},
       // EXIF that no tool writes.
       {"exif_truncated.jpg", 1, {{"PixelWidth", "96"}, {"{Exif}", "<absent>"}}},
       {"exif_ifd_offset_past_end.jpg",
