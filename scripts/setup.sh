@@ -9,7 +9,7 @@ packages=(
   cmake ninja-build g++ pkg-config git
   # engine libraries
   qt6-base-dev libssl-dev libicu-dev nlohmann-json3-dev
-  libvips-dev libexiv2-dev libpoppler-cpp-dev
+  libvips-dev libexiv2-dev liblcms2-dev libpoppler-cpp-dev
   libavformat-dev libavcodec-dev libavutil-dev
   # window
   qt6-svg-dev libqt6svg6 libgl-dev
@@ -20,9 +20,11 @@ packages=(
   libgtest-dev googletest zip qpdf libimage-exiftool-perl poppler-utils libvips-tools
   xvfb xauth
   # benchmarks
-  openssl hyperfine time
+  openssl hyperfine time libjpeg-dev
   # health fixtures: ppmtobmp writes the BMP that no image loader we allow reads
   netpbm
+  # image metadata fixtures: CMYK JPEG and animated GIF, hand-laid broken EXIF blocks
+  imagemagick python3
 )
 
 missing=()
