@@ -12,6 +12,7 @@
 #include <sstream>
 
 #include "decoder/exif_properties.h"
+#include "decoder/image_status.h"
 #include "decoder_test_support.h"
 #include "test_files.h"
 
@@ -348,6 +349,19 @@ TEST(ImageProperties, anExifBlockAsLibvipsKeepsItIsReadWithOrWithoutItsHeader) {
   addExifBlock(block.subspan(0, 10), nothing, budget);
   addExifBlock({}, nothing, budget);
   EXPECT_TRUE(nothing.dictionaries.empty());
+}
+
+TEST(ImageProperties, libvipsStartsWithItsHeifModuleAndNoOther) {
+  ASSERT_TRUE(initialiseVips());
+  std::ifstream maps("/proc/self/maps");
+  const std::string mapped((std::istreambuf_iterator<char>(maps)), {});
+  for (const char* blocked : {"vips-magick", "vips-openslide", "vips-poppler", "vips-jxl"}) {
+    EXPECT_EQ(mapped.find(blocked), std::string::npos) << blocked;
+  }
+  const auto heic = propertiesOf(kImages / "photo.heic");
+  ASSERT_TRUE(heic);
+  // The colour model comes from libvips alone: its HEIF loader read the header.
+  EXPECT_EQ(heic->properties.at("ColorModel"), MetadataValue("RGB"));
 }
 
 }  // namespace
