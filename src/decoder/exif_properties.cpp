@@ -4,6 +4,7 @@
 
 #include <glib.h>
 
+#include <algorithm>
 #include <array>
 #include <cctype>
 #include <climits>
@@ -226,7 +227,10 @@ std::optional<MetadataValue> timeStamp(const Exiv2::Value& value) {
   std::string secondsText = buffer;
   if (secondsText >= "60") {
     secondsText = "00";
-    if (++minutes >= 60) minutes -= 60, ++hours;
+    if (++minutes >= 60) {
+      minutes -= 60;
+      ++hours;
+    }
   } else {
     while (secondsText.back() == '0') secondsText.pop_back();
     if (secondsText.back() == '.') secondsText.pop_back();
