@@ -9,7 +9,7 @@ packages=(
   cmake ninja-build g++ pkg-config git
   # engine libraries
   qt6-base-dev libssl-dev libicu-dev nlohmann-json3-dev
-  libvips-dev libexiv2-dev libpoppler-cpp-dev
+  libvips-dev libexiv2-dev liblcms2-dev libpoppler-cpp-dev
   # the decoder worker confines itself with seccomp
   libseccomp-dev
   libavformat-dev libavcodec-dev libavutil-dev
@@ -24,9 +24,11 @@ packages=(
   # fuzzing: libFuzzer and the sanitizer runtimes that go with this clang
   clang-14 libclang-rt-14-dev libfuzzer-14-dev
   # benchmarks
-  openssl hyperfine time
+  openssl hyperfine time libjpeg-dev
   # health fixtures: ppmtobmp writes the BMP that no image loader we allow reads
   netpbm
+  # image metadata fixtures: CMYK JPEG and animated GIF, hand-laid broken EXIF blocks
+  imagemagick python3
 )
 
 missing=()

@@ -12,6 +12,8 @@
 #include <exception>
 #include <string_view>
 
+#include "decoder/exif_properties.h"
+#include "decoder/image_properties.h"
 #include "decoder/image_status.h"
 #include "decoder/item_bytes.h"
 #include "decoder/pdf_document.h"
@@ -91,6 +93,9 @@ Reply serve(RequestKind kind, Reader& in, const ItemBytes& item) {
       return ok(kind == RequestKind::pdfFirstPage ? renderPdfFirstPage(item, *box)
                                                   : renderPicturePreview(item, *box));
     }
+    case RequestKind::imageProperties:
+      if (!in.finished() || item.fd < 0) return bad;
+      return ok(readImageProperties(item));
 #ifdef LUMENSCRIBE_DECODER_TEST_HOOKS
     case RequestKind::testProbeConfinement: {
       const std::string path = in.text(4096);
@@ -113,6 +118,7 @@ Reply serve(RequestKind kind, Reader& in, const ItemBytes& item) {
 
 void initialiseDecoders() {
   initialiseVips();
+  initialiseExiv2();
   // poppler keeps no global state worth settling; opening nothing silences its log.
   openPdf(ItemBytes{});
 }

@@ -2,6 +2,9 @@
 // SPDX-License-Identifier: MIT
 #include "lumenscribe/file_inspector.h"
 
+#include <future>
+
+#include "analyzers/image_pass.h"
 #include "core/accumulators.h"
 #include "core/path_text.h"
 #include "health/health_assessment.h"
@@ -44,6 +47,13 @@ LumenscribeResult FileInspector::inspect(const platform::OpenedItem& item) const
   const std::string displayName = facts.name ? *facts.name : validUtf8(lastPathComponent(url));
   Accumulators accumulators;
 
+  // The image pass comes last, but its property map is read now, in a second decoder worker,
+  // while the health check decodes the pixels in the first; only the adding waits for it.
+  // Where no thread can be started, the map is read when it is needed.
+  auto imageProperties = std::async(std::launch::async | std::launch::deferred, [&item, this] {
+    return readImagePropertyMap(item, *decoder_);
+  });
+
   // The order of the steps is the order of the sections on screen and in the report.
   accumulators.sections.emplace_back(facts.isDirectory ? "Container" : "File",
                                      facts.isDirectory ? "folder.fill" : "doc.fill",
@@ -57,6 +67,8 @@ LumenscribeResult FileInspector::inspect(const platform::OpenedItem& item) const
 
   // Then: the folder or ZIP inventory, system metadata, the PDF, audio, video and text
   // analyzers as the content type decides, and last the image pass for every item.
+
+  addImagePass(imageProperties.get(), accumulators);
 
   completeFindingsAndSummary(accumulators);
   const std::int64_t count = detailCount(accumulators.sections);

@@ -255,6 +255,11 @@ Expected<std::optional<RgbaImage>> DecoderClient::picturePreview(const OpenedIte
   return previewFrom(*this, RequestKind::picturePreview, item, box);
 }
 
+Expected<std::optional<ImageProperties>> DecoderClient::imageProperties(const OpenedItem& item) {
+  return request<std::optional<ImageProperties>>(
+      RequestKind::imageProperties, &item, {}, [](Reader& in) { return readImageProperties(in); });
+}
+
 Expected<std::vector<std::byte>> DecoderClient::call(RequestKind kind, const OpenedItem* item,
                                                      std::span<const std::byte> arguments) {
   return request<std::vector<std::byte>>(kind, item, arguments, [](Reader& in) {

@@ -72,6 +72,8 @@ class DecoderClient {
                                                            decoder::PreviewBox box);
   Expected<std::optional<decoder::RgbaImage>> picturePreview(const OpenedItem& item,
                                                              decoder::PreviewBox box);
+  /// The property map of image 0; nothing when the item holds no image.
+  Expected<std::optional<decoder::ImageProperties>> imageProperties(const OpenedItem& item);
 
   /// One round trip: the item's size, then `arguments`, with its descriptor beside them (no
   /// item: size 0, no descriptor); the reply's payload back, unread.

@@ -3,6 +3,9 @@
 #include "platform/decoder_protocol.h"
 
 #include <algorithm>
+#include <bit>
+#include <chrono>
+#include <cmath>
 
 namespace lumenscribe::platform::decoder {
 
@@ -29,6 +32,155 @@ bool readBool(Reader& in, bool& value) {
   value = byte == 1;
   return in.ok() && byte <= 1;
 }
+
+// The kinds of value in a property map, as one byte before the value.
+enum class PropertyKind : std::uint8_t { text = 1, integer = 2, real = 3, array = 4, map = 5 };
+
+// Well-formed UTF-8 only: no overlong forms, no surrogates, nothing past U+10FFFF.
+bool isUtf8(std::string_view text) {
+  const auto* bytes = reinterpret_cast<const unsigned char*>(text.data());
+  const std::size_t size = text.size();
+  for (std::size_t i = 0; i < size;) {
+    const unsigned char lead = bytes[i];
+    if (lead < 0x80) {
+      ++i;
+      continue;
+    }
+    std::size_t length = 0;
+    unsigned char low = 0x80, high = 0xBF;  // the range of the second byte
+    if (lead >= 0xC2 && lead <= 0xDF) {
+      length = 2;
+    } else if (lead >= 0xE0 && lead <= 0xEF) {
+      length = 3;
+      if (lead == 0xE0) low = 0xA0;
+      if (lead == 0xED) high = 0x9F;
+    } else if (lead >= 0xF0 && lead <= 0xF4) {
+      length = 4;
+      if (lead == 0xF0) low = 0x90;
+      if (lead == 0xF4) high = 0x8F;
+    } else {
+      return false;
+    }
+    if (size - i < length || bytes[i + 1] < low || bytes[i + 1] > high) return false;
+    for (std::size_t k = 2; k < length; ++k) {
+      if ((bytes[i + k] & 0xC0) != 0x80) return false;
+    }
+    i += length;
+  }
+  return true;
+}
+
+void writeProperty(Writer& out, const MetadataValue& value);
+
+void writeText(Writer& out, std::string_view text) {
+  out.u8(static_cast<std::uint8_t>(PropertyKind::text));
+  out.text(text);
+}
+
+void writeInteger(Writer& out, std::int64_t number) {
+  out.u8(static_cast<std::uint8_t>(PropertyKind::integer));
+  out.i64(number);
+}
+
+void writeMap(Writer& out, const MetadataValue::Map& map) {
+  out.u8(static_cast<std::uint8_t>(PropertyKind::map));
+  out.u32(static_cast<std::uint32_t>(map.size()));
+  for (const auto& [key, value] : map) {
+    out.text(key);
+    writeProperty(out, value);
+  }
+}
+
+void writeProperty(Writer& out, const MetadataValue& value) {
+  struct Visitor {
+    Writer& out;
+    void operator()(const std::string& text) const { writeText(out, text); }
+    void operator()(std::int64_t number) const { writeInteger(out, number); }
+    void operator()(double number) const {
+      out.u8(static_cast<std::uint8_t>(PropertyKind::real));
+      out.i64(std::bit_cast<std::int64_t>(number));
+    }
+    void operator()(const MetadataValue::Array& array) const {
+      out.u8(static_cast<std::uint8_t>(PropertyKind::array));
+      out.u32(static_cast<std::uint32_t>(array.size()));
+      for (const auto& element : array) writeProperty(out, element);
+    }
+    void operator()(const MetadataValue::Map& map) const { writeMap(out, map); }
+    void operator()(Timestamp date) const {
+      writeInteger(
+          out, std::chrono::duration_cast<std::chrono::seconds>(date.time_since_epoch()).count());
+    }
+    void operator()(const MetadataValue::Other& other) const { writeText(out, other.description); }
+  };
+  std::visit(Visitor{out}, value.variant());
+}
+
+// Reads one property map, counting every value against one budget so that no reply can
+// make the engine build more than kMaxPropertyNodes values.
+class PropertyReader {
+ public:
+  explicit PropertyReader(Reader& in) : in_(in) {}
+
+  std::optional<MetadataValue::Map> map(int depth) {
+    const std::uint32_t count = in_.u32();
+    if (!in_.ok() || depth > kMaxPropertyDepth || count > nodesLeft_) return std::nullopt;
+    MetadataValue::Map map;
+    for (std::uint32_t i = 0; i < count; ++i) {
+      std::string key = in_.text(kMaxPropertyKey);
+      if (!in_.ok() || !isUtf8(key)) return std::nullopt;
+      auto value = property(depth);
+      if (!value || !map.try_emplace(std::move(key), std::move(*value)).second) {
+        return std::nullopt;
+      }
+    }
+    return map;
+  }
+
+ private:
+  std::optional<MetadataValue> property(int depth) {
+    if (nodesLeft_ == 0) return std::nullopt;
+    --nodesLeft_;
+    const auto kind = static_cast<PropertyKind>(in_.u8());
+    switch (kind) {
+      case PropertyKind::text: {
+        std::string text = in_.text(kMaxPropertyText);
+        if (!in_.ok() || !isUtf8(text)) return std::nullopt;
+        return MetadataValue(std::move(text));
+      }
+      case PropertyKind::integer: {
+        const std::int64_t number = in_.i64();
+        if (!in_.ok()) return std::nullopt;
+        return MetadataValue(number);
+      }
+      case PropertyKind::real: {
+        const double number = std::bit_cast<double>(in_.i64());
+        if (!in_.ok() || !std::isfinite(number)) return std::nullopt;
+        return MetadataValue(number);
+      }
+      case PropertyKind::array: {
+        const std::uint32_t count = in_.u32();
+        if (!in_.ok() || depth + 1 > kMaxPropertyDepth || count > nodesLeft_) return std::nullopt;
+        MetadataValue::Array array;
+        array.reserve(count);
+        for (std::uint32_t i = 0; i < count; ++i) {
+          auto element = property(depth + 1);
+          if (!element) return std::nullopt;
+          array.push_back(std::move(*element));
+        }
+        return MetadataValue(std::move(array));
+      }
+      case PropertyKind::map: {
+        auto nested = map(depth + 1);
+        if (!nested) return std::nullopt;
+        return MetadataValue(std::move(*nested));
+      }
+    }
+    return std::nullopt;  // an unknown kind
+  }
+
+  Reader& in_;
+  std::size_t nodesLeft_ = kMaxPropertyNodes;
+};
 
 }  // namespace
 
@@ -149,6 +301,13 @@ void write(Writer& out, const Confinement& confinement) {
   out.u8(confinement.limits);
 }
 
+void write(Writer& out, const std::optional<ImageProperties>& properties) {
+  out.u8(properties.has_value());
+  if (!properties) return;
+  out.i32(properties->imageCount);
+  writeMap(out, properties->properties);
+}
+
 std::optional<ImageDecodeStatus> readImageDecodeStatus(Reader& in) {
   const std::uint8_t value = in.u8();
   if (!in.ok() || value > kLastImageDecodeStatus) return std::nullopt;
@@ -215,6 +374,20 @@ std::optional<Confinement> readConfinement(Reader& in) {
     return std::nullopt;
   }
   return confinement;
+}
+
+std::optional<std::optional<ImageProperties>> readImageProperties(Reader& in) {
+  bool present = false;
+  if (!readBool(in, present)) return std::nullopt;
+  if (!present) return std::optional<ImageProperties>();
+  ImageProperties image;
+  image.imageCount = in.i32();
+  if (!in.ok() || image.imageCount < 1) return std::nullopt;
+  if (static_cast<PropertyKind>(in.u8()) != PropertyKind::map) return std::nullopt;
+  auto properties = PropertyReader(in).map(1);
+  if (!properties) return std::nullopt;
+  image.properties = std::move(*properties);
+  return std::optional<ImageProperties>(std::move(image));
 }
 
 }  // namespace lumenscribe::platform::decoder

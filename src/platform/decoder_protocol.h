@@ -11,6 +11,8 @@
 #include <string_view>
 #include <vector>
 
+#include "core/metadata_value.h"
+
 // What the engine and the decoder worker say to each other over their socket. Every message
 // is one frame: a 16-byte header, then `length` bytes of payload. A request carries the
 // item's descriptor beside its header (SCM_RIGHTS); a reply carries plain data only.
@@ -37,6 +39,8 @@ enum class RequestKind : std::uint16_t {
   pdfFacts = 3,        // lock, encryption and page count of a PDF
   pdfFirstPage = 4,    // page 0 of a PDF, rendered to fit a box
   picturePreview = 5,  // the image itself, scaled to fit a box
+  // The property map of image 0: pixels, colour, EXIF, GPS, IPTC, XMP...
+  imageProperties = 17,
 
   // Accepted only by workers built with the test hooks (never in a release build).
   testCrash = 100,             // dies of SIGSEGV in the middle of the request
@@ -179,12 +183,31 @@ struct Confinement {
   bool complete() const { return noNewPrivileges && seccomp && limits; }
 };
 
+/// The property map of image 0 of a file that holds at least one image: top-level facts
+/// ("PixelWidth", "ColorModel", ...) and dictionaries ("{Exif}", "{TIFF}", "{GPS}", ...).
+struct ImageProperties {
+  std::int32_t imageCount = 0;
+  MetadataValue::Map properties;
+
+  friend bool operator==(const ImageProperties&, const ImageProperties&) = default;
+};
+
+// What a property map may hold; the worker keeps within these and the engine refuses a map
+// that does not. Arrays and maps count towards the depth, and every value is one node.
+inline constexpr int kMaxPropertyDepth = 6;
+inline constexpr std::size_t kMaxPropertyNodes = 65536;
+inline constexpr std::size_t kMaxPropertyKey = 1024;
+inline constexpr std::size_t kMaxPropertyText = 64 * 1024;
+
 void write(Writer& out, ImageDecodeStatus status);
 void write(Writer& out, const PdfOpenFacts& facts);
 void write(Writer& out, const std::optional<RgbaImage>& image);
 void write(Writer& out, const PreviewBox& box);
 void write(Writer& out, const ConfinementProbe& probe);
 void write(Writer& out, const Confinement& confinement);
+/// Dates and values of no plain kind travel as an integer (seconds since 1970) and as their
+/// description; the worker makes neither.
+void write(Writer& out, const std::optional<ImageProperties>& properties);
 
 // Each reads one record and fails (nothing) on any byte out of place: a short or long
 // payload, an unknown status, a preview larger than its box or with the wrong pixel count.
@@ -194,5 +217,8 @@ std::optional<std::optional<RgbaImage>> readPreview(Reader& in, const PreviewBox
 std::optional<PreviewBox> readPreviewBox(Reader& in);
 std::optional<ConfinementProbe> readConfinementProbe(Reader& in);
 std::optional<Confinement> readConfinement(Reader& in);
+/// Also fails on a map deeper, larger or with longer texts than the limits above allow, a
+/// repeated key, a text that is not UTF-8 and a number that is not finite.
+std::optional<std::optional<ImageProperties>> readImageProperties(Reader& in);
 
 }  // namespace lumenscribe::platform::decoder

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <algorithm>
+
 #include "lumenscribe/file_inspector.h"
 #include "report/json_report.h"
 #include "report/text_report.h"
@@ -24,6 +26,35 @@ Stamp stampOf(const std::filesystem::path& path) {
 
 bool operator==(const timespec& a, const timespec& b) {
   return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
+}
+
+bool hasSection(const LumenscribeResult& result, std::string_view title) {
+  return std::any_of(result.sections.begin(), result.sections.end(),
+                     [&](const InsightSection& section) { return section.title == title; });
+}
+
+bool hasFinding(const LumenscribeResult& result, std::string_view title) {
+  return std::any_of(result.privacyFindings.begin(), result.privacyFindings.end(),
+                     [&](const PrivacyFinding& finding) { return finding.title == title; });
+}
+
+// The image pass: each of its sections brings its finding (other analyzers may raise the
+// same findings), and the camera photos with GPS show where they were taken.
+void expectImagePassConsistent(const std::filesystem::path& item, const LumenscribeResult& result) {
+  const std::pair<const char*, const char*> findingOf[] = {
+      {"Location", "Location data is embedded"},
+      {"Camera", "Camera details are visible"},
+      {"Software & Creator", "Creation history is visible"}};
+  for (const auto& [section, finding] : findingOf) {
+    EXPECT_TRUE(!hasSection(result, section) || hasFinding(result, finding)) << section;
+  }
+  if (hasSection(result, "Camera") || hasSection(result, "Location")) {
+    EXPECT_TRUE(hasSection(result, "Image"));
+  }
+  if (item.parent_path().filename() == "gps" && item.extension() == ".jpg") {
+    EXPECT_TRUE(hasSection(result, "Location"));
+    EXPECT_TRUE(result.rawMetadata.contains("{GPS}.LatitudeRef"));
+  }
 }
 
 // Real files from cameras, phones, encoders and archivers: every one must be inspected
@@ -55,6 +86,7 @@ TEST(Corpus, everyRealWorldFileIsInspectedWithoutHarm) {
     EXPECT_FALSE(result->privacyFindings.empty());
     EXPECT_FALSE(buildTextReport(*result).empty());
     EXPECT_FALSE(resultJson(*result).empty());
+    expectImagePassConsistent(item, *result);
     const Stamp after = stampOf(item);
     EXPECT_EQ(after.size, before.size);
     EXPECT_TRUE(after.modified == before.modified);

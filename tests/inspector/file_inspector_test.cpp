@@ -116,7 +116,7 @@ TEST(FileInspector, startsNoDecoderForWhatNeedsNone) {
   EXPECT_TRUE(inspector.decoder()->workerPids().empty());
   ASSERT_TRUE(inspector.inspect(std::filesystem::path(LUMENSCRIBE_TEST_DATA_DIR) / "health" /
                                 "intact.jpg"));
-  EXPECT_EQ(inspector.decoder()->workerPids().size(), 1u);
+  EXPECT_FALSE(inspector.decoder()->workerPids().empty());
 }
 
 TEST(FileInspector, inspectsFoldersAndPackagesAsContainers) {
@@ -289,6 +289,39 @@ TEST(FileInspector, leavesTheInspectedFileUntouched) {
   EXPECT_EQ(after.st_mtim.tv_sec, before.st_mtim.tv_sec);
   EXPECT_EQ(after.st_ctim.tv_sec, before.st_ctim.tv_sec);
   EXPECT_EQ(after.st_atim.tv_sec, before.st_atim.tv_sec);
+}
+
+TEST(FileInspector, endsWithTheImageSectionsAndTheirFindingsInTheirOrder) {
+  const std::filesystem::path images = std::filesystem::path(LUMENSCRIBE_TEST_DATA_DIR) / "image";
+  const FileInspector inspector;
+  // The property map is read beside the health check; the order must not depend on which
+  // of the two ends first.
+  for (int round = 0; round < 3; ++round) {
+    const auto photo = inspector.inspect(images / "camera_gps_south_west.jpg");
+    ASSERT_TRUE(photo);
+    expectInvariants(*photo);
+    std::vector<std::string> titles;
+    for (const auto& section : photo->sections) titles.push_back(section.title);
+    EXPECT_EQ(titles, (std::vector<std::string>{"File", "Identity & Integrity", "Type Verification",
+                                                "File Health", "Image", "Camera", "Location",
+                                                "Software & Creator"}));
+    std::vector<std::string> findings;
+    for (const auto& finding : photo->privacyFindings) findings.push_back(finding.title);
+    EXPECT_EQ(findings,
+              (std::vector<std::string>{"Location data is embedded", "Creation history is visible",
+                                        "Camera details are visible"}));
+    EXPECT_EQ(rowValue(*sectionTitled(*photo, "Location"), "Latitude"), "-22.951916°");
+    EXPECT_EQ(photo->rawMetadata.at("{GPS}.LatitudeRef"), "S");
+  }
+  // The pass goes by content: a PNG named .jpg is analysed as the PNG it is.
+  const auto renamed = inspector.inspect(images / "png_named.jpg");
+  ASSERT_TRUE(renamed);
+  EXPECT_EQ(rowValue(*sectionTitled(*renamed, "Camera"), "Camera"), "FX-PNG");
+  // A text file has no picture to read.
+  TempDir dir;
+  const auto notes = inspector.inspect(dir.write("notes.jpg", "words\n"));
+  ASSERT_TRUE(notes);
+  EXPECT_EQ(sectionTitled(*notes, "Image"), nullptr);
 }
 
 }  // namespace

@@ -1,0 +1,314 @@
+// SPDX-FileCopyrightText: 2026 Lumenscribe Project
+// SPDX-License-Identifier: MIT
+#include "analyzers/image_metadata.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <utility>
+
+#include "analyzers/image_metadata_tables.h"
+
+namespace lumenscribe {
+namespace {
+
+using Map = MetadataValue::Map;
+using Array = MetadataValue::Array;
+using Rows = std::vector<std::pair<std::string, std::string>>;
+
+Rows rowsOf(const std::vector<InsightRow>& rows) {
+  Rows plain;
+  for (const auto& row : rows) plain.emplace_back(row.label, row.value);
+  return plain;
+}
+
+TEST(ImageMetadata, everyFormatterAndCodeTable) {
+  using Formatter = std::function<std::string(const MetadataValue&)>;
+  struct Case {
+    const char* name;
+    Formatter format;
+    MetadataValue value;
+    std::string expected;
+  };
+  const Case cases[] = {
+      {"shutter", shutterText, 0.008, "1/125 sec"},
+      {"shutter", shutterText, 0.3, "1/3 sec"},
+      {"shutter", shutterText, 2, "2 sec"},
+      {"shutter", shutterText, 1, "1 sec"},
+      {"shutter", shutterText, 2.5, "2.5 sec"},
+      {"shutter", shutterText, 0, "0 sec"},
+      {"shutter", shutterText, -0.5, "-0.5 sec"},
+      {"shutter", shutterText, "abc", "abc sec"},
+      {"shutter", shutterText, "0.004", "1/250 sec"},
+      // Past 64 bits the reciprocal is still written out.
+      {"shutter", shutterText, 1e-20, "1/100000000000000000000 sec"},
+      {"ev", exposureBiasText, -0.3333, "-0.33 EV"},
+      {"ev", exposureBiasText, 0.7, "+0.7 EV"},
+      {"ev", exposureBiasText, 0, "0 EV"},
+      {"ev", exposureBiasText, -1, "-1 EV"},
+      {"ev", exposureBiasText, "n/a", "n/a"},
+      {"zoom", digitalZoomText, 0, "None"},
+      {"zoom", digitalZoomText, 2, "2×"},
+      {"zoom", digitalZoomText, 1.5, "1.5×"},
+      {"zoom", digitalZoomText, "3", "3×"},
+      {"zoom", digitalZoomText, "wide", "wide"},
+      {"flash", flashText, 0, "Did not fire"},
+      {"flash", flashText, 7, "Fired"},
+      {"flash", flashText, 16, "Did not fire · suppressed"},
+      {"flash", flashText, 24, "Did not fire · auto"},
+      {"flash", flashText, 25, "Fired · auto"},
+      {"flash", flashText, 9, "Fired · forced"},
+      {"flash", flashText, 89, "Fired · auto · red-eye reduction"},
+      {"flash", flashText, 38, "Did not fire"},  // bits 1, 2 and 5 say nothing here
+      {"flash", flashText, "x", "x"},
+      {"altitude", altitudeText, 35.5, "35.5 m (116 ft)"},
+      {"altitude", altitudeText, 100, "100 m (328 ft)"},
+      {"altitude", altitudeText, 12.5, "12.5 m (41 ft)"},
+      {"altitude", altitudeText, "high", "0 m (0 ft)"},
+      {"altitude", altitudeText, 1e30,
+       "1000000000000000019884624838656 m "
+       "(3280840000000000149444326588416 ft)"},
+      {"program", exposureProgramText, 0, "Not defined"},
+      {"program", exposureProgramText, 3, "Aperture priority"},
+      {"program", exposureProgramText, 8, "Landscape mode"},
+      {"program", exposureProgramText, 9, "9"},
+      {"program", exposureProgramText, "2", "Program AE"},
+      {"mode", exposureModeText, 2, "Auto bracket"},
+      {"mode", exposureModeText, 3, "3"},
+      {"metering", meteringModeText, 5, "Pattern / multi-segment"},
+      {"metering", meteringModeText, 255, "Other"},
+      {"metering", meteringModeText, 9, "9"},
+      {"metering", meteringModeText, 2.9, "Center-weighted average"},  // truncated to 2
+      {"white balance", whiteBalanceText, 1, "Manual"},
+      {"white balance", whiteBalanceText, "auto", "auto"},
+      {"scene", sceneCaptureTypeText, 3, "Night scene"},
+      {"scene", sceneCaptureTypeText, 0, "Standard"},
+      {"colour space", colorSpaceText, 65535, "Uncalibrated"},
+      {"colour space", colorSpaceText, 1, "sRGB"},
+      {"colour space", colorSpaceText, 2, "2"},
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(c.format(c.value), c.expected) << c.name << " of " << metadataValueText(c.value);
+  }
+}
+
+TEST(ImageMetadata, gpsCoordinatesAreSignedByTheirReference) {
+  struct Case {
+    MetadataValue coordinate;
+    MetadataValue reference;
+    std::string expected;
+  };
+  const Case cases[] = {
+      {48.8584, "n", "48.858400°"}, {48.8584, "s", "-48.858400°"}, {37.7749, "S", "-37.774900°"},
+      {2.2945, "W", "-2.294500°"},  {2.2945, "E", "2.294500°"},    {2.2945, "", "2.294500°"},
+      {0, "S", "0.000000°"},        {"12.5", "N", "12.500000°"},   {"north", "N", "0.000000°"},
+      {2.2945, "ſ", "-2.294500°"},  // ſ upper-cases to S
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(gpsCoordinateText(c.coordinate, c.reference), c.expected)
+        << metadataValueText(c.coordinate) << " " << metadataValueText(c.reference);
+  }
+}
+
+TEST(ImageMetadata, pixelSizeAloneGivesTwoImageRowsAndNothingElse) {
+  const auto groups = analyzeImageProperties({{"PixelWidth", 640}, {"PixelHeight", 480}});
+  EXPECT_EQ(rowsOf(groups.imageRows), (Rows{{"Width", "640 pixels"}, {"Height", "480 pixels"}}));
+  EXPECT_TRUE(groups.cameraRows.empty());
+  EXPECT_TRUE(groups.locationRows.empty());
+  EXPECT_TRUE(groups.creatorRows.empty());
+  EXPECT_EQ(groups.rawMetadata, (RawMetadata{{"Pixel Width", "640"},
+                                             {"Pixel Height", "480"},
+                                             {"PixelWidth", "640"},
+                                             {"PixelHeight", "480"}}));
+}
+
+TEST(ImageMetadata, aCameraPhotoGivesEveryRowInItsOrder) {
+  const Map photo = {
+      {"Orientation", 6},
+      {"DPIHeight", 72},
+      {"DPIWidth", 72.5},
+      {"ProfileName", "Display P3"},
+      {"ColorModel", "RGB"},
+      {"Depth", 8},
+      {"PixelHeight", 3024},
+      {"PixelWidth", 4032},
+      {"{Exif}", Map{{"PixelYDimension", 3024},
+                     {"PixelXDimension", 4032},
+                     {"ImageUniqueID", "ABC123"},
+                     {"BodySerialNumber", "B-1"},
+                     {"LensSerialNumber", "L-2"},
+                     {"LensMake", ""},
+                     {"ColorSpace", 65535},
+                     {"SceneCaptureType", 0},
+                     {"DigitalZoomRatio", 0},
+                     {"FocalLenIn35mmFilm", 26},
+                     {"Flash", 16},
+                     {"WhiteBalance", 0},
+                     {"MeteringMode", 9},
+                     {"ExposureBiasValue", 0.7},
+                     {"ExposureMode", 0},
+                     {"ExposureProgram", 2},
+                     {"LensModel", ""},
+                     {"DateTimeOriginal", "2024:06:01 19:42:10"},
+                     {"FocalLength", 4.25},
+                     {"ISOSpeedRatings", Array{100, 200}},
+                     {"FNumber", 2.8},
+                     {"ExposureTime", 0.008},
+                     {"SubsecTimeOriginal", "25"}}},
+      {"{TIFF}", Map{{"Copyright", "(c) Someone"},
+                     {"Artist", ""},
+                     {"Software", "Editor 2"},
+                     {"Model", "Phone 15"},
+                     {"Make", "Maker"},
+                     {"Orientation", 6}}},
+      {"{GPS}", Map{{"Latitude", 22.951916},
+                    {"LatitudeRef", "S"},
+                    {"Longitude", 43.210487},
+                    {"LongitudeRef", "W"},
+                    {"Altitude", 700.5},
+                    {"AltitudeRef", 1},
+                    {"DateStamp", "2024:06:01"},
+                    {"TimeStamp", "22:42:10"}}},
+  };
+  const auto groups = analyzeImageProperties(photo);
+  EXPECT_EQ(rowsOf(groups.imageRows), (Rows{{"Width", "4032 pixels"},
+                                            {"Height", "3024 pixels"},
+                                            {"Bit Depth", "8"},
+                                            {"Color Model", "RGB"},
+                                            {"Color Profile", "Display P3"},
+                                            {"Orientation", "6"},
+                                            {"Horizontal DPI", "72.5"},
+                                            {"Vertical DPI", "72"}}));
+  // A direct row is there even when empty (Lens); a formatted one is not (Lens Make).
+  EXPECT_EQ(rowsOf(groups.cameraRows), (Rows{{"Shutter", "1/125 sec"},
+                                             {"Aperture", "ƒ/2.8"},
+                                             {"ISO", "100, 200"},
+                                             {"Focal Length", "4.25 mm"},
+                                             {"Captured", "2024:06:01 19:42:10"},
+                                             {"Lens", ""},
+                                             {"Exposure Program", "Program AE"},
+                                             {"Exposure Mode", "Auto exposure"},
+                                             {"Exposure Compensation", "+0.7 EV"},
+                                             {"Metering Mode", "9"},
+                                             {"White Balance", "Auto"},
+                                             {"Flash", "Did not fire · suppressed"},
+                                             {"35mm Equivalent", "26 mm"},
+                                             {"Digital Zoom", "None"},
+                                             {"Scene Type", "Standard"},
+                                             {"EXIF Color Space", "Uncalibrated"},
+                                             {"Lens Serial Number", "L-2"},
+                                             {"Body Serial Number", "B-1"},
+                                             {"Image Unique ID", "ABC123"},
+                                             {"Recorded Width", "4032 pixels"},
+                                             {"Recorded Height", "3024 pixels"},
+                                             {"Make", "Maker"},
+                                             {"Camera", "Phone 15"}}));
+  EXPECT_EQ(rowsOf(groups.locationRows), (Rows{{"Latitude", "-22.951916°"},
+                                               {"Longitude", "-43.210487°"},
+                                               {"Altitude", "700.5 m (2298 ft)"},
+                                               {"GPS Date", "2024:06:01"}}));
+  EXPECT_EQ(rowsOf(groups.creatorRows),
+            (Rows{{"Software", "Editor 2"}, {"Artist", ""}, {"Copyright", "(c) Someone"}}));
+
+  const std::pair<const char*, const char*> raw[] = {
+      {"Pixel Width", "4032"},
+      {"Horizontal DPI", "72.5"},
+      {"Color Profile", "Display P3"},
+      {"EXIF Exposure Time", "0.008"},
+      {"EXIF F-Number", "2.8"},
+      {"EXIF ISO", "100, 200"},
+      {"EXIF Focal Length", "4.25"},
+      {"EXIF Original Date", "2024:06:01 19:42:10"},
+      {"EXIF Lens Model", ""},
+      {"EXIF ExposureProgram", "2"},
+      {"EXIF ExposureBiasValue", "0.7"},
+      {"EXIF MeteringMode", "9"},
+      {"EXIF Flash", "16"},
+      {"EXIF ColorSpace", "65535"},
+      {"EXIF BodySerialNumber", "B-1"},
+      {"EXIF PixelYDimension", "3024"},
+      {"TIFF Make", "Maker"},
+      {"TIFF Model", "Phone 15"},
+      {"TIFF Artist", ""},
+      {"GPS Latitude", "22.9519"},
+      {"GPS Latitude Ref", "S"},
+      {"GPS Longitude Ref", "W"},
+      {"GPS Altitude", "700.5"},
+      {"GPS Altitude Feet", "2298 ft"},
+      {"GPS Date", "2024:06:01"},
+      // Every property under its dotted key path; arrays are not descended into.
+      {"PixelWidth", "4032"},
+      {"{Exif}.FNumber", "2.8"},
+      {"{Exif}.ISOSpeedRatings", "100, 200"},
+      {"{Exif}.SubsecTimeOriginal", "25"},
+      {"{TIFF}.Artist", ""},
+      {"{GPS}.TimeStamp", "22:42:10"},
+      {"{GPS}.AltitudeRef", "1"},
+  };
+  for (const auto& [key, value] : raw) {
+    ASSERT_TRUE(groups.rawMetadata.contains(key)) << key;
+    EXPECT_EQ(groups.rawMetadata.at(key), value) << key;
+  }
+  // A formatted row that said nothing leaves no raw entry of its own.
+  EXPECT_FALSE(groups.rawMetadata.contains("EXIF LensMake"));
+  EXPECT_EQ(groups.rawMetadata.at("{Exif}.LensMake"), "");
+}
+
+TEST(ImageMetadata, rowsNeedTheirWholeKeyAndDictionariesOfTheRightType) {
+  struct Case {
+    const char* what;
+    Map properties;
+    Rows camera;
+    Rows location;
+    Rows creator;
+  };
+  const Case cases[] = {
+      {"a latitude without its reference", {{"{GPS}", Map{{"Latitude", 48.8584}}}}, {}, {}, {}},
+      {"GPS alone",
+       {{"{GPS}", Map{{"DateStamp", "2024:01:01"}}}},
+       {},
+       {{"GPS Date", "2024:01:01"}},
+       {}},
+      {"dictionaries that are not dictionaries",
+       {{"{Exif}", "FNumber 2.8"}, {"{TIFF}", Array{"Make"}}, {"{GPS}", 1}},
+       {},
+       {},
+       {}},
+      {"the same formatted text twice stays once",
+       {{"{Exif}", Map{{"LensMake", "Acme"}, {"LensSerialNumber", "Acme"}}}},
+       {{"Lens Make", "Acme"}, {"Lens Serial Number", "Acme"}},
+       {},
+       {}},
+      {"text where numbers belong",
+       {{"{Exif}", Map{{"ExposureTime", "abc"}, {"FNumber", "f2.8"}, {"Flash", "x"}}}},
+       {{"Shutter", "abc sec"}, {"Aperture", "ƒ/f2.8"}, {"Flash", "x"}},
+       {},
+       {}},
+      {"a number where text belongs", {{"{TIFF}", Map{{"Make", 42}}}}, {{"Make", "42"}}, {}, {}},
+  };
+  for (const Case& c : cases) {
+    const auto groups = analyzeImageProperties(c.properties);
+    EXPECT_EQ(rowsOf(groups.cameraRows), c.camera) << c.what;
+    EXPECT_EQ(rowsOf(groups.locationRows), c.location) << c.what;
+    EXPECT_EQ(rowsOf(groups.creatorRows), c.creator) << c.what;
+    EXPECT_TRUE(groups.imageRows.empty()) << c.what;
+  }
+  const auto noReference = analyzeImageProperties({{"{GPS}", Map{{"Latitude", 48.8584}}}});
+  EXPECT_FALSE(noReference.rawMetadata.contains("GPS Latitude"));
+  EXPECT_EQ(noReference.rawMetadata.at("{GPS}.Latitude"), "48.8584");
+}
+
+TEST(ImageMetadata, flatteningJoinsKeysWithFullStops) {
+  RawMetadata raw{{"{Exif}.FNumber", "earlier"}, {"Other", "kept"}};
+  flattenProperties({{"{Exif}", Map{{"FNumber", 2.8}, {"Inner", Map{{"Deep", "yes"}}}}},
+                     {"List", Array{Map{{"Not", "descended"}}, 1}},
+                     {"Empty", Map{}}},
+                    "", raw);
+  EXPECT_EQ(raw, (RawMetadata{{"{Exif}.FNumber", "2.8"},
+                              {"{Exif}.Inner.Deep", "yes"},
+                              {"List", "{Not: descended}, 1"},
+                              {"Other", "kept"}}));
+}
+
+}  // namespace
+}  // namespace lumenscribe
