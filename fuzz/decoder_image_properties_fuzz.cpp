@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 // The image property reader as the decoder worker runs it, over any bytes: libvips reads the
 // header, Exiv2 the metadata, and the map goes through the wire form the engine reads back.
-// Seeds: tests/data/image and tests/data/health.
 #include <sys/mman.h>
 #include <unistd.h>
 
