@@ -51,6 +51,10 @@ struct FolderWalk::Frame {
   ino_t inode = 0;
   std::string name;              // within its parent; empty for the walked folder
   std::size_t parentLength = 0;  // path_'s length before this folder's name was added
+  // After a reopen, the subfolder the walk came back from: met again, it shows that the
+  // file system did not resume where asked, and the rest of this folder is given up
+  // rather than walked twice (or for ever).
+  std::string resumedAfter;
 
   void startReading(UniqueFd folder) {
     fd = std::move(folder);
@@ -75,7 +79,9 @@ FolderWalk::FolderWalk(int folderFd) : rootFd_(folderFd) {
   root->inode = status.st_ino;
   root->startReading(std::move(fd));
   listable_ = readMore(*root);
-  if (listable_) frames_.push_back(std::move(root));
+  if (!listable_) return;
+  ancestors_.insert({root->device, root->inode});
+  frames_.push_back(std::move(root));
 }
 
 FolderWalk::~FolderWalk() = default;
@@ -117,6 +123,11 @@ const FolderEntry* FolderWalk::next() {
     frame.offset += length;
     const char* name = reinterpret_cast<const char*>(record + offsetof(dirent64, d_name));
     if (std::strcmp(name, ".") == 0 || std::strcmp(name, "..") == 0) continue;
+    if (!frame.resumedAfter.empty() && frame.resumedAfter == name) {
+      frame.done = true;
+      frame.filled = frame.offset;
+      continue;
+    }
 
     struct stat status {};
     if (::fstatat(frame.fd.get(), name, &status, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT) != 0) {
@@ -146,8 +157,10 @@ const FolderEntry* FolderWalk::next() {
 void FolderWalk::descendInto(const char* name) {
   Frame& parent = *frames_.back();
   UniqueFd fd = openFolderAt(parent.fd.get(), name);
-  // A folder swapped for another between its status and its open is not the one counted.
+  // A folder swapped for another between its status and its open is not the one counted;
+  // one that is its own ancestor (a bind mount inside itself) would never end.
   if (!fd || !isSameFolder(fd.get(), pendingDevice_, pendingInode_)) return;
+  if (!ancestors_.insert({pendingDevice_, pendingInode_}).second) return;
   auto frame = std::make_unique<Frame>();
   frame->device = pendingDevice_;
   frame->inode = pendingInode_;
@@ -166,10 +179,16 @@ void FolderWalk::descendInto(const char* name) {
 void FolderWalk::leaveFolder() {
   const std::unique_ptr<Frame> finished = std::move(frames_.back());
   frames_.pop_back();
+  ancestors_.erase({finished->device, finished->inode});
   path_.resize(finished->parentLength);
   if (frames_.empty() || firstOpen_ < frames_.size()) return;
   firstOpen_ = frames_.size() - 1;
-  if (!reopen(firstOpen_, finished->fd.get())) frames_.back()->done = true;
+  Frame& parent = *frames_.back();
+  if (reopen(firstOpen_, finished->fd.get())) {
+    parent.resumedAfter = finished->name;
+  } else {
+    parent.done = true;
+  }
 }
 
 bool FolderWalk::reopen(std::size_t index, int childFd) {

@@ -7,8 +7,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/file_descriptor.h"
@@ -83,6 +85,8 @@ class FolderWalk {
   // are closed until the walk comes back up to them.
   std::vector<std::unique_ptr<Frame>> frames_;
   std::size_t firstOpen_ = 0;
+  // The device and inode of every folder in frames_.
+  std::set<std::pair<dev_t, ino_t>> ancestors_;
   // The directory just returned, entered at the next step unless skipped. Its name lives
   // in the parent's read buffer, which the next step reads no further before entering.
   const char* pendingFolder_ = nullptr;
