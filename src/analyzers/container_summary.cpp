@@ -46,9 +46,8 @@ bool hasDoubleExtension(std::string_view name) {
 
 bool hasExplicitTerm(std::string_view name) {
   const std::string lower = lowerCasedText(name);
-  return std::any_of(kExplicitTerms.begin(), kExplicitTerms.end(), [&](std::string_view term) {
-    return lower.find(term) != std::string::npos;
-  });
+  return std::any_of(kExplicitTerms.begin(), kExplicitTerms.end(),
+                     [&](std::string_view term) { return lower.find(term) != std::string::npos; });
 }
 
 // "Top Types": the eight most frequent extensions, ties in ascending text order.

@@ -22,8 +22,8 @@ inline constexpr std::array<std::string_view, 9> kAudioExtensions = {
     "wav", "aif", "aiff", "mp3", "m4a", "aac", "flac", "caf", "ogg"};
 
 inline constexpr std::array<std::string_view, 14> kDocumentExtensions = {
-    "txt", "rtf", "pdf", "doc", "docx", "xls", "xlsx", "ppt", "pptx", "pages", "numbers", "key",
-    "csv", "md"};
+    "txt", "rtf",  "pdf",   "doc",     "docx", "xls", "xlsx",
+    "ppt", "pptx", "pages", "numbers", "key",  "csv", "md"};
 
 inline constexpr std::array<std::string_view, 12> kExecutableExtensions = {
     "app", "command", "sh", "zsh", "bash", "py", "pl", "rb", "exe", "msi", "bat", "cmd"};

@@ -19,8 +19,7 @@ constexpr const char* kUnreadable = "The ZIP inventory could not be read.";
 }  // namespace
 
 void inventoryZipArchive(const platform::OpenedItem& item, Accumulators& accumulators,
-                         const InspectionControl& control,
-                         const std::filesystem::path& unzipTool) {
+                         const InspectionControl& control, const std::filesystem::path& unzipTool) {
   // unzip would fail on a file we could not open ourselves, and it gets no path to open.
   if (!item.isReadable()) {
     accumulators.setRaw(kErrorKey, kUnreadable);
@@ -49,8 +48,8 @@ void inventoryZipArchive(const platform::OpenedItem& item, Accumulators& accumul
   reader.finish();
   // unzip warns about an archive without entries (status 1) after listing all of it, which
   // is nothing: that archive is an empty inventory, not an unreadable one.
-  const bool listed = run->exitStatus == 0 ||
-                      (run->exitStatus == 1 && !reader.listedMoreThanArchiveLine());
+  const bool listed =
+      run->exitStatus == 0 || (run->exitStatus == 1 && !reader.listedMoreThanArchiveLine());
   if (!listed || !reader.isValidUtf8()) {
     accumulators.setRaw(kErrorKey, kUnreadable);
     return;

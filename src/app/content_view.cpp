@@ -182,9 +182,8 @@ void ContentView::startInspection(const std::filesystem::path& url) {
   progressTimer_->start();
   InspectionControl control{stopInspection_.get_token(),
                             [seen = entriesSeen_](std::int64_t entries) { *seen = entries; }};
-  watcher_.setFuture(QtConcurrent::run([inspector = inspector_, url, control] {
-    return inspectItem(inspector, url, control);
-  }));
+  watcher_.setFuture(QtConcurrent::run(
+      [inspector = inspector_, url, control] { return inspectItem(inspector, url, control); }));
 }
 
 void ContentView::finishInspection() {

@@ -105,8 +105,7 @@ const FolderEntry* FolderWalk::next() {
   }
   while (!frames_.empty()) {
     Frame& frame = *frames_.back();
-    if (frame.offset >= frame.filled &&
-        (frame.done || !readMore(frame) || frame.filled == 0)) {
+    if (frame.offset >= frame.filled && (frame.done || !readMore(frame) || frame.filled == 0)) {
       leaveFolder();
       continue;
     }
@@ -145,9 +144,9 @@ const FolderEntry* FolderWalk::next() {
       entry_.size = status.st_size;
       // Only a file with an execute bit can pass; the bits alone would ignore ACLs, mount
       // options and who we are.
-      entry_.isExecutable =
-          S_ISREG(status.st_mode) && (status.st_mode & (S_IXUSR | S_IXGRP | S_IXOTH)) != 0 &&
-          ::faccessat(frame.fd.get(), name, X_OK, AT_SYMLINK_NOFOLLOW) == 0;
+      entry_.isExecutable = S_ISREG(status.st_mode) &&
+                            (status.st_mode & (S_IXUSR | S_IXGRP | S_IXOTH)) != 0 &&
+                            ::faccessat(frame.fd.get(), name, X_OK, AT_SYMLINK_NOFOLLOW) == 0;
     }
     return &entry_;
   }

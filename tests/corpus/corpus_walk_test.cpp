@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <algorithm>
+
 #include "lumenscribe/file_inspector.h"
 #include "report/json_report.h"
 #include "report/text_report.h"
@@ -24,6 +26,28 @@ Stamp stampOf(const std::filesystem::path& path) {
 
 bool operator==(const timespec& a, const timespec& b) {
   return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
+}
+
+bool hasSection(const LumenscribeResult& result, std::string_view title) {
+  return std::any_of(result.sections.begin(), result.sections.end(),
+                     [&](const InsightSection& section) { return section.title == title; });
+}
+
+// A folder's inventory counts what a plain recursive walk sees; a .zip file is listed or
+// says why not.
+void expectContainerListing(const std::filesystem::path& item, const LumenscribeResult& result) {
+  if (std::filesystem::is_directory(item)) {
+    std::int64_t files = 0, folders = 0;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(item)) {
+      ++(entry.is_directory() && !entry.is_symlink() ? folders : files);
+    }
+    EXPECT_TRUE(hasSection(result, "Folder Contents"));
+    EXPECT_EQ(result.rawMetadata.at("Container Files"), std::to_string(files));
+    EXPECT_EQ(result.rawMetadata.at("Container Folders"), std::to_string(folders));
+  } else if (item.extension() == ".zip") {
+    EXPECT_NE(hasSection(result, "ZIP Archive Contents"),
+              result.rawMetadata.contains("ZIP Inspection Error"));
+  }
 }
 
 // Real files from cameras, phones, encoders and archivers: every one must be inspected
@@ -49,6 +73,7 @@ TEST(Corpus, everyRealWorldFileIsInspectedWithoutHarm) {
     EXPECT_FALSE(result->privacyFindings.empty());
     EXPECT_FALSE(buildTextReport(*result).empty());
     EXPECT_FALSE(resultJson(*result).empty());
+    expectContainerListing(item, *result);
     const Stamp after = stampOf(item);
     EXPECT_EQ(after.size, before.size);
     EXPECT_TRUE(after.modified == before.modified);
