@@ -18,7 +18,7 @@ ProgressOverlay::ProgressOverlay(QWidget* parent) : QWidget(parent) {
   setAttribute(Qt::WA_NoSystemBackground);
   auto* layout = new QVBoxLayout(this);
   auto* card = new Card(this);
-  card->setFixedSize(260, 124);
+  card->setFixedSize(260, 104);
   auto* cardLayout = new QVBoxLayout(card);
   cardLayout->setContentsMargins(22, 18, 22, 18);
   cardLayout->setSpacing(12);
