@@ -20,7 +20,7 @@ packages=(
   libgtest-dev googletest zip qpdf libimage-exiftool-perl poppler-utils libvips-tools
   xvfb xauth
   # benchmarks
-  openssl hyperfine time
+  openssl hyperfine time python3
   # health fixtures: ppmtobmp writes the BMP that no image loader we allow reads
   netpbm
 )
