@@ -84,9 +84,10 @@ std::optional<ChildResult> runChildProcess(const std::filesystem::path& executab
 
 /// Runs a child as runChildProcess does, but hands its output to `onOutput` piece by piece
 /// as it arrives instead of keeping it (the result's `output` stays empty), so that output
-/// of any length is read in bounded memory while the child runs. A stop requested through
-/// `stop` kills the child at once (within a tenth of a second). Fails with the error that
-/// kept the child from starting.
+/// of any length is read in bounded memory while the child runs. Pieces come in batches a
+/// few milliseconds apart, so that a child writing line by line does not wake the reader for
+/// every line. A stop requested through `stop` kills the child at once (within a tenth of a
+/// second). Fails with the error that kept the child from starting.
 Expected<ChildResult> streamChildProcess(const std::filesystem::path& executable,
                                          const std::vector<std::string>& arguments,
                                          ChildOutput mode,
