@@ -113,7 +113,7 @@ const FolderEntry* FolderWalk::next() {
     const std::byte* record = frame.buffer.get() + frame.offset;
     unsigned short length = 0;
     std::memcpy(&length, record + offsetof(dirent64, d_reclen), sizeof length);
-    if (length == 0 || length > frame.filled - frame.offset) {
+    if (length <= offsetof(dirent64, d_name) || length > frame.filled - frame.offset) {
       frame.done = true;  // a malformed record: the kernel's buffer is not to be trusted further
       frame.filled = frame.offset;
       continue;
