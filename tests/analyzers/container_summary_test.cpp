@@ -173,16 +173,6 @@ TEST(ContainerSummary, publishesEveryCountRowPreviewFindingAndRawEntryInOrder) {
   EXPECT_EQ(accumulators.rawMetadata.size(), 12u + 10u);
 }
 
-TEST(ContainerSummary, onlyVideoStillRaisesTheVisualMediaNote) {
-  ContainerSummary summary;
-  summary.videoCount = 1;
-  Accumulators accumulators;
-  publishContainerSummary(summary, "Package", accumulators);
-  EXPECT_EQ(sectionTitles(accumulators).front(), "Package Contents");
-  EXPECT_EQ(findingTitles(accumulators), std::vector<std::string>{"Visual media is present"});
-  EXPECT_EQ(test::rowsOf(accumulators, "Safe Inspection"), (Rows{{"Videos", "1"}}));
-}
-
 TEST(ContainerSummary, aSizeSumStopsAtTheLargestCountInsteadOfWrappingAround) {
   ContainerSummary summary;
   summary.addBytes(std::numeric_limits<std::int64_t>::max() - 1);

@@ -252,14 +252,5 @@ TEST(FolderInventory, previewPathsLoseEveryCopyOfTheRootsPathNotJustTheFirst) {
   EXPECT_EQ(preview.back(), "copynote.txt");
 }
 
-TEST(FolderInventory, aRequestedStopEndsTheWalkBeforeItsNextEntry) {
-  TempDir dir;
-  for (int i = 0; i < 50; ++i) dir.write("f" + std::to_string(i), "x");
-  std::stop_source stop;
-  stop.request_stop();
-  const Accumulators accumulators = inventory(dir.path(), {stop.get_token(), {}});
-  EXPECT_EQ(rowValue(accumulators, "Folder Contents", "Files"), "0");
-}
-
 }  // namespace
 }  // namespace lumenscribe
