@@ -4,7 +4,9 @@
 
 #include <future>
 
+#include "analyzers/folder_inventory.h"
 #include "analyzers/image_pass.h"
+#include "analyzers/zip_inventory.h"
 #include "core/accumulators.h"
 #include "core/path_text.h"
 #include "health/health_assessment.h"
@@ -41,7 +43,8 @@ Expected<LumenscribeResult> FileInspector::inspect(const std::filesystem::path& 
   return inspect(*item);
 }
 
-LumenscribeResult FileInspector::inspect(const platform::OpenedItem& item) const {
+LumenscribeResult FileInspector::inspect(const platform::OpenedItem& item,
+                                         const InspectionControl& control) const {
   const std::filesystem::path& url = item.url();
   const ItemFacts& facts = item.facts();
   const std::string displayName = facts.name ? *facts.name : validUtf8(lastPathComponent(url));
@@ -65,8 +68,15 @@ LumenscribeResult FileInspector::inspect(const platform::OpenedItem& item) const
     assessFileHealth(item, *decoder_, accumulators);
   }
 
-  // Then: the folder or ZIP inventory, system metadata, the PDF, audio, video and text
-  // analyzers as the content type decides, and last the image pass for every item.
+  // Only the extension decides: a ZIP archive under another name gets no listing.
+  if (facts.isDirectory) {
+    inventoryFolder(item, accumulators, control);
+  } else if (asciiLower(pathExtension(url)) == "zip") {
+    inventoryZipArchive(item, accumulators, control);
+  }
+
+  // Then: system metadata, the PDF, audio, video and text analyzers as the content type
+  // decides, and last the image pass for every item.
 
   addImagePass(imageProperties.get(), accumulators);
 

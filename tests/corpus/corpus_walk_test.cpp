@@ -57,6 +57,23 @@ void expectImagePassConsistent(const std::filesystem::path& item, const Lumenscr
   }
 }
 
+// A folder's inventory counts what a plain recursive walk sees; a .zip file is listed or
+// says why not.
+void expectContainerListing(const std::filesystem::path& item, const LumenscribeResult& result) {
+  if (std::filesystem::is_directory(item)) {
+    std::int64_t files = 0, folders = 0;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(item)) {
+      ++(entry.is_directory() && !entry.is_symlink() ? folders : files);
+    }
+    EXPECT_TRUE(hasSection(result, "Folder Contents"));
+    EXPECT_EQ(result.rawMetadata.at("Container Files"), std::to_string(files));
+    EXPECT_EQ(result.rawMetadata.at("Container Folders"), std::to_string(folders));
+  } else if (item.extension() == ".zip") {
+    EXPECT_NE(hasSection(result, "ZIP Archive Contents"),
+              result.rawMetadata.contains("ZIP Inspection Error"));
+  }
+}
+
 // Real files from cameras, phones, encoders and archivers: every one must be inspected
 // without a crash, a hang or a write, and give a well-formed result.
 TEST(Corpus, everyRealWorldFileIsInspectedWithoutHarm) {
@@ -87,6 +104,7 @@ TEST(Corpus, everyRealWorldFileIsInspectedWithoutHarm) {
     EXPECT_FALSE(buildTextReport(*result).empty());
     EXPECT_FALSE(resultJson(*result).empty());
     expectImagePassConsistent(item, *result);
+    expectContainerListing(item, *result);
     const Stamp after = stampOf(item);
     EXPECT_EQ(after.size, before.size);
     EXPECT_TRUE(after.modified == before.modified);

@@ -131,12 +131,14 @@ TEST(FileInspector, inspectsFoldersAndPackagesAsContainers) {
   EXPECT_EQ(folder->sections[0].systemImage, "folder.fill");
   EXPECT_EQ(sectionTitled(*folder, "Identity & Integrity"), nullptr);
   EXPECT_EQ(rowValue(folder->sections[0], "Size"), "<missing>");
-  EXPECT_EQ(folder->summaryItems, std::vector<std::string>{"File"});
+  EXPECT_EQ(folder->sections[1].title, "Folder Contents");
+  EXPECT_EQ(folder->summaryItems, (std::vector<std::string>{"Safe Inspection", "Folder Contents"}));
 
   const auto package = FileInspector().inspect(dir.path() / "Tool.APP");
   ASSERT_TRUE(package);
   EXPECT_EQ(package->typeDescription, "macOS Package");
   EXPECT_EQ(rowValue(package->sections[0], "Container Type"), "macOS Package");
+  EXPECT_EQ(package->sections[1].title, "Package Contents");
 }
 
 TEST(FileInspector, describesUntypedFilesByTheirExtension) {
