@@ -94,7 +94,23 @@ DecoderClient::~DecoderClient() {
 }
 
 void DecoderClient::warmUp() {
-  if (auto worker = acquire()) release(std::move(worker), true);
+  for (;;) {
+    {
+      const std::lock_guard lock(mutex_);
+      if (running_ >= options_.maxWorkers) return;
+      ++running_;
+    }
+    std::unique_ptr<Worker> worker = startWorker();
+    const std::lock_guard lock(mutex_);
+    if (!worker) {
+      --running_;
+      available_.notify_one();
+      return;
+    }
+    lastConfinement_ = worker->confinement;
+    idle_.push_back(std::move(worker));
+    available_.notify_one();
+  }
 }
 
 std::unique_ptr<DecoderClient::Worker> DecoderClient::startWorker() const {

@@ -62,7 +62,8 @@ class DecoderClient {
   /// be running.
   ~DecoderClient();
 
-  /// Starts a worker now, unless one is idle, so that the first request does not wait for it.
+  /// Starts workers now, up to `maxWorkers`, so that no request waits for one to start (an
+  /// inspection of a photo asks for two at once: its health and its metadata).
   void warmUp();
 
   Expected<decoder::ImageDecodeStatus> imageStatus(const OpenedItem& item);
