@@ -7,6 +7,8 @@
 #include <chrono>
 #include <cmath>
 
+#include "core/path_text.h"
+
 namespace lumenscribe::platform::decoder {
 
 namespace {
@@ -35,40 +37,6 @@ bool readBool(Reader& in, bool& value) {
 
 // The kinds of value in a property map, as one byte before the value.
 enum class PropertyKind : std::uint8_t { text = 1, integer = 2, real = 3, array = 4, map = 5 };
-
-// Well-formed UTF-8 only: no overlong forms, no surrogates, nothing past U+10FFFF.
-bool isUtf8(std::string_view text) {
-  const auto* bytes = reinterpret_cast<const unsigned char*>(text.data());
-  const std::size_t size = text.size();
-  for (std::size_t i = 0; i < size;) {
-    const unsigned char lead = bytes[i];
-    if (lead < 0x80) {
-      ++i;
-      continue;
-    }
-    std::size_t length = 0;
-    unsigned char low = 0x80, high = 0xBF;  // the range of the second byte
-    if (lead >= 0xC2 && lead <= 0xDF) {
-      length = 2;
-    } else if (lead >= 0xE0 && lead <= 0xEF) {
-      length = 3;
-      if (lead == 0xE0) low = 0xA0;
-      if (lead == 0xED) high = 0x9F;
-    } else if (lead >= 0xF0 && lead <= 0xF4) {
-      length = 4;
-      if (lead == 0xF0) low = 0x90;
-      if (lead == 0xF4) high = 0x8F;
-    } else {
-      return false;
-    }
-    if (size - i < length || bytes[i + 1] < low || bytes[i + 1] > high) return false;
-    for (std::size_t k = 2; k < length; ++k) {
-      if ((bytes[i + k] & 0xC0) != 0x80) return false;
-    }
-    i += length;
-  }
-  return true;
-}
 
 void writeProperty(Writer& out, const MetadataValue& value);
 
@@ -127,7 +95,7 @@ class PropertyReader {
     MetadataValue::Map map;
     for (std::uint32_t i = 0; i < count; ++i) {
       std::string key = in_.text(kMaxPropertyKey);
-      if (!in_.ok() || !isUtf8(key)) return std::nullopt;
+      if (!in_.ok() || !isWellFormedUtf8(key)) return std::nullopt;
       auto value = property(depth);
       if (!value || !map.try_emplace(std::move(key), std::move(*value)).second) {
         return std::nullopt;
@@ -144,7 +112,7 @@ class PropertyReader {
     switch (kind) {
       case PropertyKind::text: {
         std::string text = in_.text(kMaxPropertyText);
-        if (!in_.ok() || !isUtf8(text)) return std::nullopt;
+        if (!in_.ok() || !isWellFormedUtf8(text)) return std::nullopt;
         return MetadataValue(std::move(text));
       }
       case PropertyKind::integer: {
