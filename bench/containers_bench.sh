@@ -10,10 +10,8 @@
 # Usage: bench/containers_bench.sh   (needs cmake, ninja, zip, unzip, hyperfine, GNU time)
 set -euo pipefail
 cd "$(dirname "$0")/.."
-build=build/engine-bench
-cmake -S bench/engine -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release > "$build.log" 2>&1 &&
-  cmake --build "$build" --target container_inventory -j2 >> "$build.log" 2>&1 ||
-  { cat "$build.log" >&2; exit 1; }
+. bench/engine_build.sh
+build_engine_bench container_inventory
 inventory=$PWD/$build/container_inventory
 
 work=$(mktemp -d "${TMPDIR:-/tmp}/lumenscribe-containers-bench-XXXXXX")

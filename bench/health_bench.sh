@@ -10,10 +10,8 @@
 # Usage: bench/health_bench.sh   (needs cmake, ninja, vips, zip, hyperfine)
 set -euo pipefail
 cd "$(dirname "$0")/.."
-build=build/engine-bench
-cmake -S bench/engine -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release > "$build.log" 2>&1 &&
-  cmake --build "$build" --target health_check lumenscribe-decoder -j2 >> "$build.log" 2>&1 ||
-  { cat "$build.log" >&2; exit 1; }
+. bench/engine_build.sh
+build_engine_bench health_check
 check="$build/health_check"
 
 work=$(mktemp -d "${TMPDIR:-/tmp}/lumenscribe-health-bench-XXXXXX")
