@@ -103,6 +103,33 @@ TEST(FileInspector, inspectsARegularFileWithIdentityAndDefaults) {
   EXPECT_EQ(result->privacyFindings.back().title, "No obvious high-interest metadata found");
 }
 
+TEST(FileInspector, namesWhatTheContentProvesWhenItContradictsTheName) {
+  const std::filesystem::path fixtures =
+      std::filesystem::path(LUMENSCRIBE_TEST_DATA_DIR) / "type_health";
+  struct Case {
+    const char* file;
+    const char* heading;
+  };
+  const Case cases[] = {
+      {"jpeg_named.png", "JPEG image"},
+      {"program_named.txt", "executable"},
+      {"pdf_named.jpg", "PDF document"},
+      {"photo.heic", "HEIF image"},  // no contradiction: the desktop's own name for it
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.file);
+    const auto result = FileInspector().inspect(fixtures / c.file);
+    ASSERT_TRUE(result);
+    expectInvariants(*result);
+    EXPECT_EQ(result->typeDescription, c.heading);
+    // The sections still come in step order, the fingerprint's before the check's.
+    std::vector<std::string> titles;
+    for (const auto& section : result->sections) titles.push_back(section.title);
+    EXPECT_EQ(titles, (std::vector<std::string>{"File", "Identity & Integrity", "Type Verification",
+                                                "File Health"}));
+  }
+}
+
 TEST(FileInspector, inspectsFoldersAndPackagesAsContainers) {
   TempDir dir;
   std::filesystem::create_directory(dir.path() / "Photos");
