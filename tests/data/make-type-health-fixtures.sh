@@ -94,6 +94,8 @@ cp "$work/intact.pdf" "$out/pdf_named.jpg"
 { printf '\n \n'; cat "$work/intact.pdf"; } > "$out/blank_before_header.pdf"
 # Readers rebuild a missing cross-reference table: qpdf warns, nothing is lost.
 cp "$work/source.pdf" "$out/no_xref_table.pdf"
+# A header without its dash: qpdf only warns, poppler reports an error.
+sed 's/^%PDF-1.4/%PDF1.4/' "$work/source.pdf" > "$out/header_without_dash.pdf"
 # A page tree whose node lists itself as its own kid: qpdf stops with an error.
 sed 's|/Kids \[3 0 R\]|/Kids [3 0 R 2 0 R]|; s|/Count 1|/Count 2|' "$work/source.pdf" > "$work/loop.pdf"
 qpdf "$work/loop.pdf" "$out/page_tree_loop.pdf" 2>/dev/null || true

@@ -99,6 +99,13 @@ TEST(PdfStructure, countsTheReadersErrorsAndTheCheckersErrorsAndWarnings) {
   EXPECT_EQ(rebuilt.checkerWarnings, 3);  // as qpdf --check reports them
   EXPECT_TRUE(rebuilt.complete);
 
+  // Only poppler calls a header without its dash an error.
+  const PdfStructureFacts dashless =
+      checkPdfStructure(OpenFixture(kFixtures / "header_without_dash.pdf").bytes(), inAMinute());
+  EXPECT_EQ(dashless.readerErrors, 1);
+  EXPECT_EQ(dashless.checkerErrors, 0);
+  EXPECT_GT(dashless.checkerWarnings, 0);
+
   const PdfStructureFacts loop =
       checkPdfStructure(OpenFixture(kFixtures / "page_tree_loop.pdf").bytes(), inAMinute());
   EXPECT_GT(loop.readerErrors + loop.checkerErrors, 0);
