@@ -12,29 +12,15 @@
 #include <memory>
 #include <mutex>
 #include <optional>
-#include <qpdf/Pipeline.hh>
-#include <qpdf/QPDF.hh>
-#include <qpdf/QPDFExc.hh>
-#include <qpdf/QPDFLogger.hh>
-#include <qpdf/QPDFPageDocumentHelper.hh>
-#include <qpdf/QPDFPageObjectHelper.hh>
-#include <qpdf/QPDFWriter.hh>
 #include <string>
+
+#include "decoder/qpdf_check.h"
 
 namespace lumenscribe::decoder {
 
 namespace {
 
 using Clock = std::chrono::steady_clock;
-
-// Thrown from inside qpdf's traversal when the check has used its time.
-struct OutOfTime : std::exception {
-  const char* what() const noexcept override { return "the check's time budget ran out"; }
-};
-
-void checkDeadline(Clock::time_point deadline) {
-  if (Clock::now() >= deadline) throw OutOfTime();
-}
 
 // poppler has one error handler for the whole process; a check counts through it while it
 // runs and leaves it silent afterwards.
@@ -60,6 +46,11 @@ class PopplerErrorCount {
  private:
   std::int32_t count_ = 0;
 };
+
+std::int32_t saturatedSum(std::int32_t a, std::int32_t b) {
+  return static_cast<std::int32_t>(
+      std::min<std::int64_t>(std::int64_t{a} + b, std::numeric_limits<std::int32_t>::max()));
+}
 
 // Opens the document and loads every page with its content; false when the time ran out.
 bool checkWithPoppler(std::span<const char> bytes, Clock::time_point deadline,
@@ -90,87 +81,8 @@ bool checkWithPoppler(std::span<const char> bytes, Clock::time_point deadline,
     // stream that ends too soon is reported on the way.
     (void)page->text();
   }
-  facts.readerErrors = errors.count() + unloadable;
+  facts.readerErrors = saturatedSum(errors.count(), unloadable);
   return true;
-}
-
-// Where QPDFWriter's output goes: nowhere, after a look at the clock.
-class DiscardUntil final : public Pipeline {
- public:
-  explicit DiscardUntil(Clock::time_point deadline)
-      : Pipeline("lumenscribe discard", nullptr), deadline_(deadline) {}
-  void write(unsigned char const* /*data*/, size_t /*length*/) override {
-    checkDeadline(deadline_);
-  }
-  void finish() override {}
-
- private:
-  Clock::time_point deadline_;
-};
-
-class DiscardContents final : public QPDFObjectHandle::ParserCallbacks {
- public:
-  explicit DiscardContents(Clock::time_point deadline) : deadline_(deadline) {}
-  void handleObject(QPDFObjectHandle) override {
-    if (++objects_ % 4096 == 0) checkDeadline(deadline_);
-  }
-  void handleEOF() override {}
-
- private:
-  Clock::time_point deadline_;
-  std::uint64_t objects_ = 0;
-};
-
-std::int32_t saturated(std::size_t count) {
-  return static_cast<std::int32_t>(
-      std::min<std::size_t>(count, std::numeric_limits<std::int32_t>::max()));
-}
-
-// What `qpdf --check` does, its output discarded: false when the time ran out.
-bool checkWithQpdf(std::span<const char> bytes, Clock::time_point deadline,
-                   PdfStructureFacts& facts) {
-  QPDF pdf;
-  const auto logger = QPDFLogger::create();
-  logger->setInfo(logger->discard());
-  logger->setWarn(logger->discard());
-  logger->setError(logger->discard());
-  pdf.setLogger(logger);
-  pdf.setSuppressWarnings(true);
-  bool inTime = true;
-  try {
-    pdf.processMemoryFile("item", bytes.data(), bytes.size());
-    // Its findings are reported as warnings, whatever their kind.
-    if (pdf.isLinearized() && !pdf.checkLinearization()) ++facts.checkerWarnings;
-
-    // Writing the file to nowhere with every stream decoded reads every object.
-    DiscardUntil discard(deadline);
-    QPDFWriter writer(pdf);
-    writer.setOutputPipeline(&discard);
-    writer.setDecodeLevel(qpdf_dl_all);
-    writer.setCompressStreams(false);
-    writer.setPreserveEncryption(false);
-    writer.setStaticID(true);  // nothing is kept, so no random identifier is needed
-    writer.write();
-
-    DiscardContents contents(deadline);
-    for (QPDFPageObjectHelper& page : QPDFPageDocumentHelper(pdf).getAllPages()) {
-      checkDeadline(deadline);
-      try {
-        page.parseContents(&contents);
-      } catch (const QPDFExc&) {
-        ++facts.checkerErrors;
-      }
-    }
-  } catch (const OutOfTime&) {
-    inTime = false;
-  } catch (const std::bad_alloc&) {
-    throw;  // the worker answers "failed" for what ran out of memory
-  } catch (const std::exception&) {
-    ++facts.checkerErrors;
-  }
-  facts.checkerWarnings =
-      saturated(static_cast<std::size_t>(facts.checkerWarnings) + pdf.numWarnings());
-  return inTime;
 }
 
 }  // namespace
@@ -186,7 +98,10 @@ PdfStructureFacts checkPdfStructure(const ItemBytes& item, Clock::time_point dea
     facts.complete = true;
     return facts;
   }
-  facts.complete = checkWithQpdf(bytes, deadline, facts);
+  const QpdfCheck check = checkWithQpdf(bytes.data(), bytes.size(), deadline);
+  facts.checkerErrors = check.errors;
+  facts.checkerWarnings = check.warnings;
+  facts.complete = check.complete;
   return facts;
 }
 
