@@ -140,6 +140,8 @@ TEST(ContentSignature, categoriesFollowTypeConformance) {
       {"application/pdf", "archive", false},
       {"application/zip", "archive", true},
       {"application/epub+zip", "archive", true},  // inherits application/zip
+      {"application/x-bzip", "archive", true},    // named by its alias, x-bzip2, too
+      {"application/x-bzip-compressed-tar", "archive", true},
       {"audio/mpeg", "audio", true},
       {"video/quicktime", "video", true},
       {"video/mp4", "video", true},
