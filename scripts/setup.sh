@@ -13,6 +13,8 @@ packages=(
   # the decoder worker confines itself with seccomp
   libseccomp-dev
   libavformat-dev libavcodec-dev libavutil-dev
+  # whole-file health checks in the decoder: qpdf's library and the compression formats' own
+  libqpdf-dev zlib1g-dev liblzma-dev libbz2-dev libzstd-dev
   # window
   qt6-svg-dev libqt6svg6 libgl-dev
   fonts-noto-color-emoji fonts-dejavu-core
@@ -27,8 +29,9 @@ packages=(
   openssl hyperfine time libjpeg-dev
   # health fixtures: ppmtobmp writes the BMP that no image loader we allow reads
   netpbm
-  # image metadata fixtures: CMYK JPEG and animated GIF, hand-laid broken EXIF blocks
-  imagemagick python3
+  # image metadata fixtures: CMYK JPEG and animated GIF, hand-laid broken EXIF blocks; type and
+  # health fixtures, and the tools the no-false-alarm walk asks for a second opinion
+  ffmpeg imagemagick python3 p7zip-full xz-utils bzip2 zstd openssh-client
 )
 
 missing=()

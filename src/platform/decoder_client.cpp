@@ -241,6 +241,36 @@ Expected<PdfOpenFacts> DecoderClient::pdfFacts(const OpenedItem& item) {
                                [](Reader& in) { return readPdfOpenFacts(in); });
 }
 
+CheckBudget DecoderClient::checkBudget() const {
+  // A quarter of the timeout is left for the answer to come back and for slow starts.
+  const auto budget = options_.replyTimeout.count() * 3 / 4;
+  return {
+      static_cast<std::int32_t>(std::clamp<std::int64_t>(budget, 1, kMaxCheckBudgetMilliseconds))};
+}
+
+Expected<PdfStructureFacts> DecoderClient::pdfStructure(const OpenedItem& item) {
+  Writer arguments;
+  write(arguments, checkBudget());
+  return request<PdfStructureFacts>(RequestKind::pdfStructure, &item, arguments.data(),
+                                    [](Reader& in) { return readPdfStructureFacts(in); });
+}
+
+Expected<StreamTestFacts> DecoderClient::compressedStream(const OpenedItem& item,
+                                                          CompressedFormat format) {
+  Writer arguments;
+  write(arguments, checkBudget());
+  write(arguments, format);
+  return request<StreamTestFacts>(RequestKind::compressedStream, &item, arguments.data(),
+                                  [](Reader& in) { return readStreamTestFacts(in); });
+}
+
+Expected<MediaPacketFacts> DecoderClient::mediaPackets(const OpenedItem& item) {
+  Writer arguments;
+  write(arguments, checkBudget());
+  return request<MediaPacketFacts>(RequestKind::mediaPackets, &item, arguments.data(),
+                                   [](Reader& in) { return readMediaPacketFacts(in); });
+}
+
 namespace {
 
 Expected<std::optional<RgbaImage>> previewFrom(DecoderClient& client, RequestKind kind,

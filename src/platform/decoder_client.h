@@ -76,6 +76,13 @@ class DecoderClient {
   /// The property map of image 0; nothing when the item holds no image.
   Expected<std::optional<decoder::ImageProperties>> imageProperties(const OpenedItem& item);
 
+  // Whole-file checks. Each answers with what it found when its time budget (a share of
+  // the reply timeout) runs out, before the worker would be killed for taking too long.
+  Expected<decoder::PdfStructureFacts> pdfStructure(const OpenedItem& item);
+  Expected<decoder::StreamTestFacts> compressedStream(const OpenedItem& item,
+                                                      decoder::CompressedFormat format);
+  Expected<decoder::MediaPacketFacts> mediaPackets(const OpenedItem& item);
+
   /// One round trip: the item's size, then `arguments`, with its descriptor beside them (no
   /// item: size 0, no descriptor); the reply's payload back, unread.
   Expected<std::vector<std::byte>> call(decoder::RequestKind kind, const OpenedItem* item,
@@ -92,6 +99,8 @@ class DecoderClient {
   template <class T, class Parse>
   Expected<T> request(decoder::RequestKind kind, const OpenedItem* item,
                       std::span<const std::byte> arguments, Parse parse);
+  /// The time a whole-file check may take: most of the reply timeout.
+  decoder::CheckBudget checkBudget() const;
   std::unique_ptr<Worker> startWorker() const;
   /// An idle worker, a new one, or (at the limit) the next to become idle; nothing when none
   /// can be started.

@@ -358,4 +358,86 @@ std::optional<std::optional<ImageProperties>> readImageProperties(Reader& in) {
   return std::optional<ImageProperties>(std::move(image));
 }
 
+void write(Writer& out, const PdfStructureFacts& facts) {
+  write(out, facts.open);
+  out.i32(facts.readerErrors);
+  out.i32(facts.checkerErrors);
+  out.i32(facts.checkerWarnings);
+  out.u8(facts.complete);
+}
+
+void write(Writer& out, CompressedFormat format) { out.u8(static_cast<std::uint8_t>(format)); }
+
+void write(Writer& out, const StreamTestFacts& facts) {
+  out.u8(static_cast<std::uint8_t>(facts.outcome));
+  out.u8(facts.trailingData);
+  out.i64(facts.expandedBytes);
+}
+
+void write(Writer& out, const MediaPacketFacts& facts) {
+  out.u8(facts.opened);
+  out.i32(facts.streams);
+  out.i64(facts.packets);
+  out.i32(facts.readErrors);
+  out.i32(facts.checksumErrors);
+  out.u8(facts.complete);
+}
+
+void write(Writer& out, const CheckBudget& budget) { out.i32(budget.milliseconds); }
+
+std::optional<PdfStructureFacts> readPdfStructureFacts(Reader& in) {
+  PdfStructureFacts facts;
+  const auto open = readPdfOpenFacts(in);
+  if (!open) return std::nullopt;
+  facts.open = *open;
+  facts.readerErrors = in.i32();
+  facts.checkerErrors = in.i32();
+  facts.checkerWarnings = in.i32();
+  if (!readBool(in, facts.complete)) return std::nullopt;
+  if (facts.readerErrors < 0 || facts.checkerErrors < 0 || facts.checkerWarnings < 0) {
+    return std::nullopt;
+  }
+  return facts;
+}
+
+std::optional<CompressedFormat> readCompressedFormat(Reader& in) {
+  const std::uint8_t value = in.u8();
+  if (!in.ok() || value > kLastCompressedFormat) return std::nullopt;
+  return static_cast<CompressedFormat>(value);
+}
+
+std::optional<StreamTestFacts> readStreamTestFacts(Reader& in) {
+  StreamTestFacts facts;
+  const std::uint8_t outcome = in.u8();
+  if (!in.ok() || outcome > kLastStreamTestOutcome) return std::nullopt;
+  facts.outcome = static_cast<StreamTestOutcome>(outcome);
+  if (!readBool(in, facts.trailingData)) return std::nullopt;
+  facts.expandedBytes = in.i64();
+  if (!in.ok() || facts.expandedBytes < 0) return std::nullopt;
+  return facts;
+}
+
+std::optional<MediaPacketFacts> readMediaPacketFacts(Reader& in) {
+  MediaPacketFacts facts;
+  if (!readBool(in, facts.opened)) return std::nullopt;
+  facts.streams = in.i32();
+  facts.packets = in.i64();
+  facts.readErrors = in.i32();
+  facts.checksumErrors = in.i32();
+  if (!readBool(in, facts.complete)) return std::nullopt;
+  if (facts.streams < 0 || facts.packets < 0 || facts.readErrors < 0 || facts.checksumErrors < 0) {
+    return std::nullopt;
+  }
+  return facts;
+}
+
+std::optional<CheckBudget> readCheckBudget(Reader& in) {
+  CheckBudget budget;
+  budget.milliseconds = in.i32();
+  if (!in.ok() || budget.milliseconds < 1 || budget.milliseconds > kMaxCheckBudgetMilliseconds) {
+    return std::nullopt;
+  }
+  return budget;
+}
+
 }  // namespace lumenscribe::platform::decoder

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <set>
 
 #include "lumenscribe/file_inspector.h"
 #include "report/json_report.h"
@@ -105,6 +106,14 @@ TEST(Corpus, everyRealWorldFileIsInspectedWithoutHarm) {
     EXPECT_FALSE(resultJson(*result).empty());
     expectImagePassConsistent(item, *result);
     expectContainerListing(item, *result);
+    if (std::filesystem::is_regular_file(item)) {
+      // Every file is typed and judged, with a verdict from the closed vocabulary.
+      static const std::set<std::string> verdicts = {"Empty file",      "Unreadable",
+                                                     "Looks intact",    "Verification limited",
+                                                     "Possible damage", "Possible read problem"};
+      EXPECT_TRUE(result->rawMetadata.contains("Type Verification Result"));
+      EXPECT_TRUE(verdicts.contains(result->rawMetadata.at("File Health Assessment")));
+    }
     const Stamp after = stampOf(item);
     EXPECT_EQ(after.size, before.size);
     EXPECT_TRUE(after.modified == before.modified);
