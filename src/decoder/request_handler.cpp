@@ -88,6 +88,9 @@ Reply serve(RequestKind kind, Reader& in, const ItemBytes& item) {
     case RequestKind::pdfFacts:
       if (!in.finished() || item.fd < 0) return bad;
       return ok(openPdf(item));
+    case RequestKind::pdfAnalysis:
+      if (!in.finished() || item.fd < 0) return bad;
+      return ok(analyzePdf(item));
     case RequestKind::pdfFirstPage:
     case RequestKind::picturePreview: {
       const auto box = readPreviewBox(in);

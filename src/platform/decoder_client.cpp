@@ -225,6 +225,11 @@ Expected<PdfOpenFacts> DecoderClient::pdfFacts(const OpenedItem& item) {
                                [](Reader& in) { return readPdfOpenFacts(in); });
 }
 
+Expected<PdfAnalysis> DecoderClient::pdfAnalysis(const OpenedItem& item) {
+  return request<PdfAnalysis>(RequestKind::pdfAnalysis, &item, {},
+                              [](Reader& in) { return readPdfAnalysis(in); });
+}
+
 namespace {
 
 Expected<std::optional<RgbaImage>> previewFrom(DecoderClient& client, RequestKind kind,
