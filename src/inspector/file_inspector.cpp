@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "lumenscribe/file_inspector.h"
 
+#include "analyzers/pdf_analysis.h"
+#include "analyzers/text_analysis.h"
 #include "core/accumulators.h"
 #include "core/path_text.h"
 #include "health/health_assessment.h"
@@ -55,8 +57,20 @@ LumenscribeResult FileInspector::inspect(const platform::OpenedItem& item) const
     assessFileHealth(item, *decoder_, accumulators);
   }
 
-  // Then: the folder or ZIP inventory, system metadata, the PDF, audio, video and text
-  // analyzers as the content type decides, and last the image pass for every item.
+  // Then: the folder or ZIP inventory and system metadata.
+
+  // The PDF, audio, video and text analyzers as the content type decides; an item may meet
+  // more than one of these tests and is then analysed by each.
+  const auto& type = facts.contentType;
+  if ((type && type->conformsTo(AbstractType::pdf)) || asciiLower(pathExtension(url)) == "pdf") {
+    analyzePDF(item, *decoder_, accumulators);
+  }
+  if (type &&
+      (type->conformsTo(AbstractType::text) || type->conformsTo(AbstractType::sourceCode))) {
+    analyzeText(item, accumulators);
+  }
+
+  // Last, the image pass for every item.
 
   completeFindingsAndSummary(accumulators);
   const std::int64_t count = detailCount(accumulators.sections);
