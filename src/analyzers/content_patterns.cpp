@@ -6,9 +6,11 @@
 #include <unicode/uchar.h>
 #include <unicode/uniset.h>
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 
+#include "core/byte_scan.h"
 #include "core/utf8.h"
 
 // Running ICU's RegexMatcher over a large text is slow (about 12 MB/s for the four patterns
@@ -310,56 +312,175 @@ class DigitPatterns {
   std::string_view text_;
 };
 
-// Bytes that can begin an IPv4 address or a phone-like number, besides the non-ASCII digits.
-constexpr std::array<bool, 0x80> kDigitPatternStarts = [] {
-  std::array<bool, 0x80> starts{};
-  for (char c = '0'; c <= '9'; ++c) starts[static_cast<std::size_t>(c)] = true;
-  starts['+'] = true;
-  starts['('] = true;
-  return starts;
-}();
+bool isAsciiDigit(char c) { return c >= '0' && c <= '9'; }
 
-// Both patterns in one walk over the text, each resuming after its own last match.
+// The first byte at or after `from` that may begin an IPv4 address or a phone-like number:
+// an ASCII digit, '+', '(' or any byte outside ASCII (which may begin a digit of another
+// script).
+std::size_t nextDigitPatternStart(std::string_view text, std::size_t from) {
+  for (; from + 8 <= text.size(); from += 8) {
+    const std::uint64_t word = bytes::load(text, from);
+    if ((bytes::nonAscii(word) | bytes::asciiRange(word, '0', '9') | bytes::equal(word, '+') |
+         bytes::equal(word, '(')) != 0) {
+      break;
+    }
+  }
+  for (; from < text.size(); ++from) {
+    const char c = text[from];
+    if (isAsciiDigit(c) || c == '+' || c == '(' || static_cast<std::uint8_t>(c) >= 0x80) break;
+  }
+  return from;
+}
+
+// The first ASCII digit at or after `from`, or the end.
+std::size_t nextAsciiDigit(std::string_view text, std::size_t from) {
+  for (; from + 8 <= text.size(); from += 8) {
+    if (bytes::asciiRange(bytes::load(text, from) & ~bytes::kHighBits, '0', '9') != 0) break;
+  }
+  while (from < text.size() && !isAsciiDigit(text[from])) ++from;
+  return from;
+}
+
+// The first byte outside ASCII at or after `from`, or the end.
+std::size_t nextNonAscii(std::string_view text, std::size_t from) {
+  for (; from + 8 <= text.size(); from += 8) {
+    if (bytes::nonAscii(bytes::load(text, from)) != 0) break;
+  }
+  while (from < text.size() && static_cast<std::uint8_t>(text[from]) < 0x80) ++from;
+  return from;
+}
+
+// Cheap tests that rule out most places where a match cannot start, so that the matchers
+// run only where one may. Each is a necessary condition on ASCII bytes and lets anything
+// through where a byte outside ASCII (a digit or a space of another script) could count.
+class Prefilter {
+ public:
+  explicit Prefilter(std::string_view text) : text_(text), nonAscii_(nextNonAscii(text, 0)) {}
+
+  // An IPv4 address begins with an octet of one to three digits and a dot; `runEnd` ends
+  // the ASCII digits that begin at `start`.
+  bool mayBeIpAddress(std::size_t start, std::size_t runEnd) const {
+    if (runEnd - start > 3) return false;
+    return runEnd == text_.size() || static_cast<std::uint8_t>(text_[runEnd]) >= 0x80 ||
+           text_[runEnd] == '.';
+  }
+
+  // A phone-like number ends in a digit, a separator and four digits, and at most nine
+  // characters ("+1 (555) ") come before the three digits that end in that digit: in ASCII
+  // text, such a separator lies 3 to 12 bytes after the start.
+  bool mayBePhoneNumber(std::size_t start) {
+    constexpr std::size_t kLongestMatch = 17 * 4;  // 17 characters of up to 4 bytes
+    if (nonAscii_ < start) nonAscii_ = nextNonAscii(text_, start);
+    if (nonAscii_ < start + kLongestMatch && nonAscii_ < text_.size()) return true;
+    if (tail_ < start + 3) tail_ = findTail(std::max(start + 3, tailFrom_));
+    return tail_ <= start + 12;
+  }
+
+ private:
+  static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+
+  static bool isAsciiSeparator(char c) {
+    return c == ' ' || (c >= 0x09 && c <= 0x0D) || c == '.' || c == '-';
+  }
+
+  // The separator of the next "digit, separator, four digits, no digit" at or after `from`.
+  std::size_t findTail(std::size_t from) {
+    std::size_t run = from + 1;
+    while ((run = nextAsciiDigit(text_, run)) < text_.size()) {
+      std::size_t end = run;
+      while (end < text_.size() && isAsciiDigit(text_[end])) ++end;
+      if (end - run == 4 && run >= 2 && isAsciiSeparator(text_[run - 1]) &&
+          isAsciiDigit(text_[run - 2])) {
+        tailFrom_ = run - 1;
+        return run - 1;
+      }
+      run = end;
+    }
+    tailFrom_ = text_.size();
+    return kNone;
+  }
+
+  std::string_view text_;
+  std::size_t nonAscii_;  // the first byte outside ASCII at or after the last start
+  std::size_t tail_ = 0;
+  std::size_t tailFrom_ = 0;  // where the next search for a tail may begin
+};
+
+constexpr std::size_t kUndecided = kNoMatch - 1;
+
+// The IPv4 pattern where its digits are ASCII: then every octet must take its whole run of
+// digits (a digit left over could be neither the dot nor the end the pattern needs next),
+// so the address is four runs of one to three digits joined by dots, each of which the
+// octet alternatives match whole. kUndecided where a byte outside ASCII touches a run: a
+// digit of another script could lengthen it.
+std::size_t asciiIpAddressAt(std::string_view text, std::size_t start) {
+  std::size_t offset = start;
+  for (int octet = 0; octet < 4; ++octet) {
+    const std::size_t run = offset;
+    while (offset < text.size() && offset - run <= 3 && isAsciiDigit(text[offset])) ++offset;
+    const std::size_t length = offset - run;
+    if (offset < text.size() && static_cast<std::uint8_t>(text[offset]) >= 0x80) return kUndecided;
+    if (length == 0 || length > 3) return kNoMatch;
+    if (length == 3) {
+      const char first = text[run];
+      const char second = text[run + 1];
+      const bool matches = first == '1' || (first == '2' && second <= '4') ||
+                           (first == '2' && second == '5' && text[run + 2] <= '5');
+      if (!matches) return kNoMatch;
+    }
+    if (octet < 3) {
+      if (offset >= text.size() || text[offset] != '.') return kNoMatch;
+      ++offset;
+    }
+  }
+  return offset;
+}
+
+// Both patterns in one walk over the text, each resuming after its own last match. Both
+// begin with (?<!\d), so of a run of digits only the first can begin one.
 void countDigitPatterns(std::string_view text, ContentCounts& counts) {
   const DigitPatterns patterns(text);
+  Prefilter prefilter(text);
   std::size_t nextIpAddress = 0;
   std::size_t nextPhoneNumber = 0;
   std::size_t offset = 0;
-  while (offset < text.size()) {
-    const auto lead = static_cast<std::uint8_t>(text[offset]);
+  while ((offset = nextDigitPatternStart(text, offset)) < text.size()) {
+    const char lead = text[offset];
+    std::size_t next = offset + 1;
     bool digit = false;
-    std::size_t length = 1;
-    if (lead < 0x80) {
-      if (!kDigitPatternStarts[lead]) {
-        ++offset;
-        continue;
-      }
-      digit = lead >= '0' && lead <= '9';
-    } else {
-      const CodePoint point = decodeAt(text, offset);
-      length = point.length;
-      if (!isDigit(point.value)) {
-        offset += length;
-        continue;
-      }
+    bool mayBeIpAddress = false;
+    if (isAsciiDigit(lead)) {
+      while (next < text.size() && isAsciiDigit(text[next])) ++next;
       digit = true;
+      mayBeIpAddress = prefilter.mayBeIpAddress(offset, next);
+    } else if (static_cast<std::uint8_t>(lead) >= 0x80) {
+      const CodePoint point = decodeAt(text, offset);
+      next = offset + point.length;
+      digit = mayBeIpAddress = isDigit(point.value);
+      if (!digit) {
+        offset = next;
+        continue;
+      }
     }
-    // Both begin with (?<!\d).
-    if ((offset >= nextIpAddress || offset >= nextPhoneNumber) && !patterns.digitBefore(offset)) {
-      if (digit && offset >= nextIpAddress) {
-        if (const std::size_t end = patterns.ipAddressAt(offset); end != kNoMatch) {
+    const bool ipAddressDue = mayBeIpAddress && offset >= nextIpAddress;
+    const bool phoneNumberDue = offset >= nextPhoneNumber;
+    if ((ipAddressDue || phoneNumberDue) && !patterns.digitBefore(offset)) {
+      if (ipAddressDue) {
+        std::size_t end = asciiIpAddressAt(text, offset);
+        if (end == kUndecided) end = patterns.ipAddressAt(offset);
+        if (end != kNoMatch) {
           ++counts.ipAddresses;
           nextIpAddress = end;
         }
       }
-      if (offset >= nextPhoneNumber) {
+      if (phoneNumberDue && prefilter.mayBePhoneNumber(offset)) {
         if (const std::size_t end = patterns.phoneNumberAt(offset); end != kNoMatch) {
           ++counts.phoneNumbers;
           nextPhoneNumber = end;
         }
       }
     }
-    offset += length;
+    offset = next;
   }
 }
 

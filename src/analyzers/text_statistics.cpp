@@ -6,9 +6,10 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
+#include <bit>
 
 #include "analyzers/grapheme_clusters.h"
+#include "core/byte_scan.h"
 #include "core/utf8.h"
 
 namespace lumenscribe {
@@ -25,14 +26,19 @@ constexpr std::array<AsciiKind, 0x80> kAsciiKinds = [] {
   return kinds;
 }();
 
-// Whether all eight bytes are printable ASCII other than the space (0x21 to 0x7E): the
-// common case of a log, where nothing but the word already begun goes on.
-bool allWordBytes(std::uint64_t word) {
-  constexpr std::uint64_t kOnes = 0x0101010101010101ULL;
-  constexpr std::uint64_t kHighBits = 0x8080808080808080ULL;
-  const bool below = ((word - kOnes * 0x21) & ~word & kHighBits) != 0;
-  const bool above = (((word + kOnes) | word) & kHighBits) != 0;
-  return !below && !above;
+// Words and white space of eight ASCII bytes none of which ends a line, at once: a word
+// begins at every byte that is not a tab or a space and follows one (or follows the
+// white space or line start before the eight). False when the bytes are not such bytes.
+bool countWordsOfEightBytes(std::uint64_t word, bool& inWord, bool& pieceBlank,
+                            std::int64_t& words) {
+  if (bytes::nonAscii(word) != 0 || bytes::asciiRange(word, 0x0A, 0x0D) != 0) return false;
+  const std::uint64_t space = bytes::equal(word, ' ') | bytes::equal(word, '\t');
+  const std::uint64_t other = ~space & bytes::kHighBits;
+  const std::uint64_t afterSpace = (space << 8) | (inWord ? 0 : 0x80);
+  words += std::popcount(other & afterSpace);
+  if (other != 0) pieceBlank = false;
+  inWord = (other >> 63) != 0;
+  return true;
 }
 
 }  // namespace
@@ -74,14 +80,10 @@ TextStatistics computeTextStatistics(std::string_view text) {
 
   std::size_t offset = 0;
   while (offset < text.size()) {
-    if (text.size() - offset >= 8) {
-      std::uint64_t word = 0;
-      std::memcpy(&word, text.data() + offset, 8);
-      if (allWordBytes(word)) {
-        wordCharacter();
-        offset += 8;
-        continue;
-      }
+    if (text.size() - offset >= 8 &&
+        countWordsOfEightBytes(bytes::load(text, offset), inWord, pieceBlank, stats.words)) {
+      offset += 8;
+      continue;
     }
     const auto lead = static_cast<std::uint8_t>(text[offset]);
     if (lead < 0x80) {

@@ -69,12 +69,10 @@ struct CodePoint {
   std::size_t length = 0;
 };
 
-/// The code point that starts at `offset` (< size); an ill-formed byte reads as U+FFFD of
-/// length 1, so that a walk over any bytes always moves on.
-inline CodePoint decodeAt(std::string_view bytes, std::size_t offset) {
+/// The code point of two to four bytes, or an ill-formed byte, that starts at `offset`.
+[[gnu::noinline]] inline CodePoint decodeMultibyteAt(std::string_view bytes, std::size_t offset) {
   const auto byte = [&](std::size_t i) { return static_cast<std::uint8_t>(bytes[offset + i]); };
   const std::uint8_t lead = byte(0);
-  if (lead < 0x80) return {lead, 1};
   switch (sequenceLength(bytes, offset)) {
     case 2: return {char32_t(lead & 0x1F) << 6 | char32_t(byte(1) & 0x3F), 2};
     case 3:
@@ -89,10 +87,20 @@ inline CodePoint decodeAt(std::string_view bytes, std::size_t offset) {
   }
 }
 
+/// The code point that starts at `offset` (< size); an ill-formed byte reads as U+FFFD of
+/// length 1, so that a walk over any bytes always moves on.
+inline CodePoint decodeAt(std::string_view bytes, std::size_t offset) {
+  const auto lead = static_cast<std::uint8_t>(bytes[offset]);
+  if (lead < 0x80) return {lead, 1};
+  return decodeMultibyteAt(bytes, offset);
+}
+
 /// The code point that ends at `offset` (> floor) and starts at or after `floor`; what
 /// decodeAt would have read there on a walk from `floor`, for well-formed text.
 inline CodePoint decodeBefore(std::string_view bytes, std::size_t offset, std::size_t floor) {
   std::size_t start = offset - 1;
+  const auto last = static_cast<std::uint8_t>(bytes[start]);
+  if (last < 0x80) return {last, 1};
   while (start > floor && offset - start < 4 &&
          (static_cast<std::uint8_t>(bytes[start]) & 0xC0) == 0x80) {
     --start;
