@@ -19,8 +19,8 @@ packages=(
   # tests and fixtures
   libgtest-dev googletest zip qpdf libimage-exiftool-perl poppler-utils libvips-tools
   xvfb xauth
-  # benchmarks
-  openssl hyperfine time
+  # benchmarks (python3 reads hyperfine's figures)
+  openssl hyperfine time python3
   # health fixtures: ppmtobmp writes the BMP that no image loader we allow reads
   netpbm
 )
