@@ -44,11 +44,19 @@ TEST(TextStatistics, countsLinesWordsCharactersAndLineEndingsByHand) {
        {1, 3, 7, 0, 7, {}}},
       {std::string("one\0two\0\0three\nfour\0\n", 21), {3, 2, 21, 1, 14, {0, 2, 0}}},
   };
+  GraphemeCounter graphemes;
   for (const Case& c : cases) {
     SCOPED_TRACE(testing::PrintToString(c.text));
     EXPECT_EQ(computeTextStatistics(c.text), c.expected);
     EXPECT_EQ(computeTextStatistics(c.text).characters, test::icuGraphemeCount(c.text));
+    EXPECT_EQ(graphemes.count(c.text), c.expected.characters);
   }
+}
+
+std::string repeated(std::string_view piece, int times) {
+  std::string text;
+  for (int i = 0; i < times; ++i) text += piece;
+  return text;
 }
 
 // ICU gets only the stretches around joining characters; the cuts between stretches must
@@ -62,6 +70,8 @@ TEST(TextStatistics, countsCharactersAsIcuDoesAcrossLongAndShortStretches) {
       "\u1100" + ascii + "\u1161\u11A8" + std::string(33, ' ') + "\uAC00\u11A8",
       "\U0001F1E9" + std::string(32, 'x') + "\U0001F1EA\U0001F1EB\U0001F1E9",
       "\u0600" + ascii + "\u0600x\u0600\u0600\r\n\u0600",
+      "e\u0301" + repeated("\u00E9", 40) + "\u0301" + repeated("\u4E2D", 40) + "\u0308",
+      "\u0301" + repeated("\r\n", 40) + "\u0301\r\n",
   };
   GraphemeCounter graphemes;
   for (const std::string& text : texts) {

@@ -144,6 +144,14 @@ pdf "$out/info_encodings.pdf" \
    /Subject (\357\273\277Gr\303\274\303\237e) /Creator () /CreationDate (not a date)' \
   "$(text 'Info strings')"
 
+# Every byte on which PDFDocEncoding and Latin-1 differ (bar the three it leaves undefined)
+# in a title, and the title as pdfinfo reads it, to check ours against.
+pdfdoc='\030\031\032\033\034\035\036\037'
+for byte in $(seq 128 158) 160; do pdfdoc+=$(printf '\\%03o' "$byte"); done
+pdf "$out/info_pdfdoc_bytes.pdf" "/Title (PDFDoc $pdfdoc end)" "$(text 'PDFDoc')"
+pdfinfo -enc UTF-8 "$out/info_pdfdoc_bytes.pdf" | sed -n 's/^Title: *//p' | tr -d '\n' \
+  > "$out/info_pdfdoc_bytes.title.txt"
+
 # A document cut at 60%: linearized, so that its first page's cross-reference section and
 # trailer come first and poppler opens what is left of it.
 qpdf --deterministic-id --linearize "$out/four_pages_two_with_text.pdf" "$work/whole.pdf"

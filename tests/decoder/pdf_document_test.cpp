@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <iterator>
+
 #include "decoder_test_support.h"
 
 namespace lumenscribe::decoder {
@@ -116,6 +119,12 @@ TEST(AnalyzePdf, decodesInfoStringsInEveryEncodingAPdfMayUse) {
   EXPECT_EQ(pdf.creator, "");                           // present, empty
   EXPECT_FALSE(pdf.producer);
   EXPECT_FALSE(pdf.creationDate);  // "not a date"
+
+  // Every byte on which PDFDocEncoding and Latin-1 differ, as pdfinfo reads it.
+  std::ifstream expected(kPdfFixtures / "info_pdfdoc_bytes.title.txt", std::ios::binary);
+  const std::string title{std::istreambuf_iterator<char>(expected), {}};
+  ASSERT_FALSE(title.empty());
+  EXPECT_EQ(analyzeFixture(kPdfFixtures / "info_pdfdoc_bytes.pdf").title, title);
 }
 
 TEST(AnalyzePdf, reportsALockedDocumentAsEncryptedAndTouchesNothingElse) {
