@@ -11,10 +11,10 @@
 
 #include "../tests/analyzers/icu_reference.h"
 #include "analyzers/content_patterns.h"
-#include "analyzers/grapheme_clusters.h"
 #include "analyzers/text_statistics.h"
 #include "core/path_text.h"
 #include "fuzz_check.h"
+#include "platform/grapheme_clusters.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace lumenscribe;
@@ -27,7 +27,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   FUZZ_CHECK(counts == test::icuContentCounts(text));
   FUZZ_CHECK(countContentPatterns(bytes) == counts);
 
-  GraphemeCounter graphemes;
+  platform::GraphemeCounter graphemes;
   const std::int64_t characters = test::icuGraphemeCount(text);
   FUZZ_CHECK(graphemes.count(text) == characters);
   FUZZ_CHECK(computeTextStatistics(text).characters == characters);

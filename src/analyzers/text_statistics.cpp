@@ -8,9 +8,9 @@
 #include <array>
 #include <bit>
 
-#include "analyzers/grapheme_clusters.h"
 #include "core/byte_scan.h"
 #include "core/utf8.h"
+#include "platform/grapheme_clusters.h"
 
 namespace lumenscribe {
 
@@ -51,7 +51,7 @@ bool isWhiteSpaceOrNewline(char32_t c) {
 TextStatistics computeTextStatistics(std::string_view text) {
   TextStatistics stats;
   stats.lines = 0;
-  GraphemeCounter graphemes;
+  platform::GraphemeCounter graphemes;
 
   std::size_t pieceStart = 0;
   bool pieceAscii = true;  // an ASCII piece has one cluster per byte (it holds no CR LF)

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "analyzers/grapheme_clusters.h"
 #include "icu_reference.h"
+#include "platform/grapheme_clusters.h"
 
 namespace lumenscribe {
 
@@ -78,7 +78,7 @@ const std::string kTrickyTexts[] = {
 };
 
 TEST(ContentPatterns, agreeWithIcuOnTrickyTexts) {
-  GraphemeCounter graphemes;
+  platform::GraphemeCounter graphemes;
   for (const std::string& text : kTrickyTexts) {
     SCOPED_TRACE(text);
     EXPECT_EQ(countContentPatterns(text), test::icuContentCounts(text));
@@ -119,7 +119,7 @@ TEST(ContentPatterns, agreeWithIcuOnRandomTexts) {
     pieces.push_back(other);
   }
   std::mt19937 random(20260518);
-  GraphemeCounter graphemes;
+  platform::GraphemeCounter graphemes;
   for (int round = 0; round < 4000; ++round) {
     const bool asciiOnly = round % 2 == 1;
     const auto& alphabet = asciiOnly ? ascii : pieces;

@@ -6,9 +6,9 @@
 
 #include <string>
 
-#include "analyzers/grapheme_clusters.h"
 #include "analyzers/text_lines.h"
 #include "icu_reference.h"
+#include "platform/grapheme_clusters.h"
 
 namespace lumenscribe {
 
@@ -44,7 +44,7 @@ TEST(TextStatistics, countsLinesWordsCharactersAndLineEndingsByHand) {
        {1, 3, 7, 0, 7, {}}},
       {std::string("one\0two\0\0three\nfour\0\n", 21), {3, 2, 21, 1, 14, {0, 2, 0}}},
   };
-  GraphemeCounter graphemes;
+  platform::GraphemeCounter graphemes;
   for (const Case& c : cases) {
     SCOPED_TRACE(testing::PrintToString(c.text));
     EXPECT_EQ(computeTextStatistics(c.text), c.expected);
@@ -73,7 +73,7 @@ TEST(TextStatistics, countsCharactersAsIcuDoesAcrossLongAndShortStretches) {
       "e\u0301" + repeated("\u00E9", 40) + "\u0301" + repeated("\u4E2D", 40) + "\u0308",
       "\u0301" + repeated("\r\n", 40) + "\u0301\r\n",
   };
-  GraphemeCounter graphemes;
+  platform::GraphemeCounter graphemes;
   for (const std::string& text : texts) {
     SCOPED_TRACE(testing::PrintToString(text));
     EXPECT_EQ(graphemes.count(text), test::icuGraphemeCount(text));

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Lumenscribe Project
 // SPDX-License-Identifier: MIT
-#include "analyzers/grapheme_clusters.h"
+#include "platform/grapheme_clusters.h"
 
 #include <unicode/brkiter.h>
 #include <unicode/locid.h>
@@ -11,7 +11,7 @@
 
 #include "core/utf8.h"
 
-namespace lumenscribe {
+namespace lumenscribe::platform {
 
 namespace {
 
@@ -158,4 +158,4 @@ std::int64_t GraphemeCounter::count(std::string_view text) {
   return total;
 }
 
-}  // namespace lumenscribe
+}  // namespace lumenscribe::platform

@@ -6,7 +6,7 @@
 #include <memory>
 #include <string_view>
 
-namespace lumenscribe {
+namespace lumenscribe::platform {
 
 /// Counts user-perceived characters (extended grapheme clusters of Unicode Standard Annex
 /// #29) as ICU's character break iterator finds them: CR LF is one, a letter with combining
@@ -36,4 +36,4 @@ class GraphemeCounter {
   std::unique_ptr<Iterator> iterator_;
 };
 
-}  // namespace lumenscribe
+}  // namespace lumenscribe::platform
