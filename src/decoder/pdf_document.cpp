@@ -133,16 +133,17 @@ std::string pageText(const poppler::page& page) {
   return text;
 }
 
-void readPages(const poppler::document& document, PdfAnalysis& analysis) {
+void readPages(const poppler::document& document, PageRange range, PdfAnalysis& analysis) {
   analysis.pageCount = std::max(0, document.pages());
-  for (int index = 0; index < analysis.pageCount; ++index) {
+  const int end = range.first + std::min(range.count, analysis.pageCount - range.first);
+  for (int index = range.first; index < end; ++index) {
     // A page poppler cannot make counts as a page without text.
     const std::unique_ptr<poppler::page> page(document.create_page(index));
     const std::string text = page ? pageText(*page) : std::string();
     if (index == 0 && page) analysis.firstPageSize = mediaBoxSize(*page);
     if (hasVisibleText(text)) ++analysis.textPageCount;
     if (!analysis.textComplete) continue;
-    const std::size_t separator = index > 0 ? 1 : 0;
+    const std::size_t separator = index > range.first ? 1 : 0;
     if (analysis.text.size() + separator + text.size() > platform::decoder::kMaxPdfText) {
       analysis.textComplete = false;
       continue;
@@ -150,15 +151,13 @@ void readPages(const poppler::document& document, PdfAnalysis& analysis) {
     if (separator != 0) analysis.text.push_back('\n');
     analysis.text.append(text);
   }
-  // A document without any page text has no text, however many line feeds join its pages.
-  if (analysis.textPageCount == 0) analysis.text.clear();
 }
 
 }  // namespace
 
 // A library exception or running out of memory is left to the request handler, which
 // answers that the work failed rather than that the document does not open.
-PdfAnalysis analyzePdf(const ItemBytes& item) {
+PdfAnalysis analyzePdf(const ItemBytes& item, PageRange range) {
   PdfAnalysis analysis;
   const OpenDocument open = load(item);
   if (!open.document) return analysis;
@@ -170,7 +169,7 @@ PdfAnalysis analyzePdf(const ItemBytes& item) {
   }
   analysis.encrypted = open.document->is_encrypted();
   readInfo(*open.document, analysis);
-  readPages(*open.document, analysis);
+  readPages(*open.document, range, analysis);
   return analysis;
 }
 

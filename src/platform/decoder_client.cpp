@@ -225,8 +225,11 @@ Expected<PdfOpenFacts> DecoderClient::pdfFacts(const OpenedItem& item) {
                                [](Reader& in) { return readPdfOpenFacts(in); });
 }
 
-Expected<PdfAnalysis> DecoderClient::pdfAnalysis(const OpenedItem& item) {
-  return request<PdfAnalysis>(RequestKind::pdfAnalysis, &item, {},
+Expected<PdfAnalysis> DecoderClient::pdfAnalysis(const OpenedItem& item, PageRange range) {
+  if (range.first < 0 || range.count < 0) return make_error_code(DecoderError::refused);
+  Writer arguments;
+  write(arguments, range);
+  return request<PdfAnalysis>(RequestKind::pdfAnalysis, &item, arguments.data(),
                               [](Reader& in) { return readPdfAnalysis(in); });
 }
 

@@ -182,6 +182,11 @@ void write(Writer& out, const PdfAnalysis& analysis) {
   out.u8(analysis.textComplete);
 }
 
+void write(Writer& out, const PageRange& range) {
+  out.i32(range.first);
+  out.i32(range.count);
+}
+
 void write(Writer& out, const std::optional<RgbaImage>& image) {
   out.u8(image.has_value());
   if (!image) return;
@@ -257,6 +262,14 @@ std::optional<PdfAnalysis> readPdfAnalysis(Reader& in) {
     return std::nullopt;
   }
   return analysis;
+}
+
+std::optional<PageRange> readPageRange(Reader& in) {
+  PageRange range;
+  range.first = in.i32();
+  range.count = in.i32();
+  if (!in.ok() || range.first < 0 || range.count < 0) return std::nullopt;
+  return range;
 }
 
 std::optional<std::optional<RgbaImage>> readPreview(Reader& in, const PreviewBox& box) {

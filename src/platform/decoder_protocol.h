@@ -152,19 +152,29 @@ struct PageSize {
   friend bool operator==(const PageSize&, const PageSize&) = default;
 };
 
+/// The pages a PDF analysis reads: `count` pages from index `first` (fewer where the document
+/// ends), so that two workers can share a long document.
+struct PageRange {
+  std::int32_t first = 0;
+  std::int32_t count = INT32_MAX;
+
+  friend bool operator==(const PageRange&, const PageRange&) = default;
+};
+
 /// The whole text a PDF analysis sends at most; a longer text is cut at a page end.
 inline constexpr std::size_t kMaxPdfText = 56 * 1024 * 1024;
 /// The longest info-dictionary value it sends; a longer one is cut at a character end.
 inline constexpr std::size_t kMaxPdfInfoText = 1024 * 1024;
 
-/// What the PDF analysis reads of a document. A document locked by a user password is
-/// reported encrypted and locked, and nothing else of it is touched.
+/// What the PDF analysis reads of a document and of the pages of a range. A document locked
+/// by a user password is reported encrypted and locked, and nothing else of it is touched.
 struct PdfAnalysis {
   bool opened = false;  // false: the reader could not open the document at all
   bool encrypted = false;
   bool locked = false;
-  std::int32_t pageCount = 0;
-  /// Pages whose text, trimmed of white space (form feeds included), is not empty.
+  std::int32_t pageCount = 0;  // of the whole document
+  /// Pages of the range whose text, trimmed of white space (form feeds included), is not
+  /// empty.
   std::int32_t textPageCount = 0;
   /// The info dictionary's text entries (UTF-8), each only when the document has it.
   std::optional<std::string> title;
@@ -175,9 +185,10 @@ struct PdfAnalysis {
   /// Its dates, in seconds since 1970 UTC, each only when present and readable as a date.
   std::optional<std::int64_t> creationDate;
   std::optional<std::int64_t> modificationDate;
-  /// Absolute width and height of page 0's media box; nothing without a page 0.
+  /// Absolute width and height of page 0's media box; nothing without a page 0 or when the
+  /// range does not hold it.
   std::optional<PageSize> firstPageSize;
-  /// The page texts joined with line feeds (UTF-8); empty when no page has text.
+  /// The texts of the range's pages joined with line feeds (UTF-8), empty pages included.
   std::string text;
   /// False when `text` was cut at a page end to stay within kMaxPdfText.
   bool textComplete = true;
@@ -220,6 +231,7 @@ struct Confinement {
 void write(Writer& out, ImageDecodeStatus status);
 void write(Writer& out, const PdfOpenFacts& facts);
 void write(Writer& out, const PdfAnalysis& analysis);
+void write(Writer& out, const PageRange& range);
 void write(Writer& out, const std::optional<RgbaImage>& image);
 void write(Writer& out, const PreviewBox& box);
 void write(Writer& out, const ConfinementProbe& probe);
@@ -232,6 +244,7 @@ std::optional<PdfOpenFacts> readPdfOpenFacts(Reader& in);
 /// Also fails on a text that is not UTF-8, a negative or impossible count, or a page size
 /// that is not a finite, non-negative number.
 std::optional<PdfAnalysis> readPdfAnalysis(Reader& in);
+std::optional<PageRange> readPageRange(Reader& in);
 std::optional<std::optional<RgbaImage>> readPreview(Reader& in, const PreviewBox& box);
 std::optional<PreviewBox> readPreviewBox(Reader& in);
 std::optional<ConfinementProbe> readConfinementProbe(Reader& in);

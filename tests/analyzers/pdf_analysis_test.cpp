@@ -207,6 +207,17 @@ TEST(PdfAnalysis, reportsProtectionWithoutAPasswordAndSkipsWhatDoesNotOpen) {
   }
 }
 
+TEST(PdfAnalysis, readsALongDocumentInTwoHalvesAsOne) {
+  // Pages 0, 2, ..., 38 and 39 have text; the two addresses are on pages 0 and 39.
+  const Accumulators result = analyze(kData / "pdf/forty_pages.pdf");
+  ASSERT_EQ(titlesOf(result),
+            (std::vector<std::string>{"Document", "Document Structure", "PDF Content Analysis"}));
+  EXPECT_EQ(rowsOf(result.sections[1]).at(2),
+            (std::pair<std::string, std::string>{"Pages with Text", "21 of 40"}));
+  EXPECT_EQ(rowsOf(result.sections[1]).at(3).second, "612 \u00D7 792 pt (8.50 \u00D7 11.00 in)");
+  EXPECT_EQ(rowsOf(result.sections[2]), (Rows{{"Email Addresses", "2"}}));
+}
+
 TEST(PdfAnalysis, turnsADecoderThatStopsIntoARawEntry) {
   test::TempDir dir;
   const auto file = dir.write("crash.pdf", "LUMENSCRIBE TEST: CRASH THE DECODER\n%PDF-1.7\n");

@@ -144,6 +144,21 @@ pdf "$out/info_encodings.pdf" \
    /Subject (\357\273\277Gr\303\274\303\237e) /Creator () /CreationDate (not a date)' \
   "$(text 'Info strings')"
 
+# Forty pages, text on every other one and an e-mail address on the first and the last:
+# long enough for the analysis to share the pages between two workers.
+pages=()
+for ((page = 0; page < 40; page++)); do
+  if ((page == 0 || page == 39)); then
+    pages+=("$(text "Page $page, mail page$page@example.org")")
+  elif ((page % 2 == 0)); then
+    pages+=("$(text "Page $page")")
+  else
+    pages+=(-)
+  fi
+done
+box="0 0 612 792"
+pdf "$out/forty_pages.pdf" "" "${pages[@]}"
+
 # Every byte on which PDFDocEncoding and Latin-1 differ (bar the three it leaves undefined)
 # in a title, and the title as pdfinfo reads it, to check ours against.
 pdfdoc='\030\031\032\033\034\035\036\037'

@@ -99,7 +99,7 @@ TEST(AnalyzePdf, countsPagesWithTextAndJoinsPageTextsWithLineFeeds) {
       // An empty page and a page with only an image have no text of their own.
       {"four_pages_two_with_text.pdf", 4, 2, "Page one\n\n\nPage four"},
       {"four_pages_one_with_text.pdf", 4, 1, "Page one\n\n\n"},
-      {"four_pages_no_text.pdf", 4, 0, ""},
+      {"four_pages_no_text.pdf", 4, 0, "\n\n\n"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.file);
@@ -109,6 +109,22 @@ TEST(AnalyzePdf, countsPagesWithTextAndJoinsPageTextsWithLineFeeds) {
     EXPECT_EQ(pdf.text, c.text);
     EXPECT_EQ(pdf.firstPageSize, (PageSize{842, 595}));
   }
+}
+
+TEST(AnalyzePdf, readsTheTextOfARangeOfPagesOnly) {
+  const auto fixture = kPdfFixtures / "four_pages_two_with_text.pdf";
+  const PdfAnalysis middle = analyzePdf(OpenFixture(fixture).bytes(), {1, 2});
+  EXPECT_EQ(middle.pageCount, 4);
+  EXPECT_EQ(middle.textPageCount, 0);
+  EXPECT_FALSE(middle.firstPageSize);  // page 0 is not in the range
+  EXPECT_EQ(middle.text, "\n");
+  const PdfAnalysis tail = analyzePdf(OpenFixture(fixture).bytes(), {2, INT32_MAX});
+  EXPECT_EQ(tail.textPageCount, 1);
+  EXPECT_EQ(tail.text, "\nPage four");
+  const PdfAnalysis past = analyzePdf(OpenFixture(fixture).bytes(), {9, 1});
+  EXPECT_EQ(past.pageCount, 4);
+  EXPECT_EQ(past.text, "");
+  EXPECT_EQ(past.title, std::nullopt);
 }
 
 TEST(AnalyzePdf, decodesInfoStringsInEveryEncodingAPdfMayUse) {

@@ -72,5 +72,21 @@ TEST(PdfAnalysisRecord, survivesTheSocketAndRefusesEveryValueOutOfPlace) {
   EXPECT_FALSE(readPdfAnalysis(in));
 }
 
+TEST(PageRangeRecord, refusesNegativePagesAndCounts) {
+  for (const PageRange range : {PageRange{}, PageRange{0, 0}, PageRange{150, 150}}) {
+    Writer out;
+    write(out, range);
+    Reader in(out.data());
+    EXPECT_EQ(readPageRange(in), range);
+    EXPECT_TRUE(in.finished());
+  }
+  for (const PageRange range : {PageRange{-1, 3}, PageRange{0, -3}}) {
+    Writer out;
+    write(out, range);
+    Reader in(out.data());
+    EXPECT_FALSE(readPageRange(in));
+  }
+}
+
 }  // namespace
 }  // namespace lumenscribe::platform::decoder
