@@ -3,9 +3,15 @@
 // analyze text|pdf|icu FILE: runs the text or the PDF analysis once on FILE, opened as the
 // driver opens it, and prints its counts; `icu` counts the same things the naive way (ICU's
 // RegexMatcher and break iterator over the whole text as UTF-16) for comparison.
+// analyze pdf-warm FILE RUNS: the PDF analysis RUNS times with a decoder worker started
+// beforehand, as the window starts it; prints the median time of one analysis in seconds.
+#include <algorithm>
+#include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "analyzers/pdf_analysis.h"
 #include "analyzers/text_analysis.h"
@@ -26,9 +32,31 @@ void print(const Accumulators& accumulators) {
 
 }  // namespace
 
+// The median of `runs` PDF analyses by one worker that is running before the first.
+double warmPdfSeconds(const platform::OpenedItem& item, int runs) {
+  platform::DecoderClient decoder;
+  decoder.warmUp();
+  std::vector<double> seconds;
+  for (int run = 0; run < runs; ++run) {
+    Accumulators accumulators;
+    const auto start = std::chrono::steady_clock::now();
+    analyzePDF(item, decoder, accumulators);
+    seconds.push_back(
+        std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
+  }
+  std::sort(seconds.begin(), seconds.end());
+  return seconds[seconds.size() / 2];
+}
+
 int main(int argc, char** argv) {
+  if (argc == 4 && std::string_view(argv[1]) == "pdf-warm") {
+    auto item = platform::openItem(argv[2]);
+    if (!item) return 1;
+    std::printf("%.6f\n", warmPdfSeconds(*item, std::max(1, std::atoi(argv[3]))));
+    return 0;
+  }
   if (argc != 3) {
-    std::fprintf(stderr, "usage: analyze text|pdf|icu FILE\n");
+    std::fprintf(stderr, "usage: analyze text|pdf|icu FILE, or analyze pdf-warm FILE RUNS\n");
     return 2;
   }
   const std::string_view mode = argv[1];
