@@ -208,14 +208,16 @@ TEST(PdfAnalysis, reportsProtectionWithoutAPasswordAndSkipsWhatDoesNotOpen) {
 }
 
 TEST(PdfAnalysis, readsALongDocumentInTwoHalvesAsOne) {
-  // Pages 0, 2, ..., 38 and 39 have text; the two addresses are on pages 0 and 39.
+  // Pages 0, 2, ..., 38, 19 and 39 have text; the two addresses are on pages 0 and 39, and
+  // "555-123" on page 19 and "-4567" on page 20 are no phone number across a line feed.
   const Accumulators result = analyze(kData / "pdf/forty_pages.pdf");
   ASSERT_EQ(titlesOf(result),
             (std::vector<std::string>{"Document", "Document Structure", "PDF Content Analysis"}));
   EXPECT_EQ(rowsOf(result.sections[1]).at(2),
-            (std::pair<std::string, std::string>{"Pages with Text", "21 of 40"}));
+            (std::pair<std::string, std::string>{"Pages with Text", "22 of 40"}));
   EXPECT_EQ(rowsOf(result.sections[1]).at(3).second, "612 \u00D7 792 pt (8.50 \u00D7 11.00 in)");
   EXPECT_EQ(rowsOf(result.sections[2]), (Rows{{"Email Addresses", "2"}}));
+  EXPECT_EQ(result.rawMetadata.at("PDF Content Phone-like Numbers"), "0");
 }
 
 TEST(PdfAnalysis, turnsADecoderThatStopsIntoARawEntry) {

@@ -145,11 +145,17 @@ pdf "$out/info_encodings.pdf" \
   "$(text 'Info strings')"
 
 # Forty pages, text on every other one and an e-mail address on the first and the last:
-# long enough for the analysis to share the pages between two workers.
+# long enough for the analysis to share the pages between two workers. Pages 19 and 20, where
+# the halves meet, end and begin with the two parts of a number that their line feed keeps
+# apart.
 pages=()
 for ((page = 0; page < 40; page++)); do
   if ((page == 0 || page == 39)); then
     pages+=("$(text "Page $page, mail page$page@example.org")")
+  elif ((page == 19)); then
+    pages+=("$(text "call 555-123")")
+  elif ((page == 20)); then
+    pages+=("$(text "-4567 later")")
   elif ((page % 2 == 0)); then
     pages+=("$(text "Page $page")")
   else
