@@ -25,8 +25,8 @@ packages=(
   xvfb xauth
   # fuzzing: libFuzzer and the sanitizer runtimes that go with this clang
   clang-14 libclang-rt-14-dev libfuzzer-14-dev
-  # benchmarks
-  openssl hyperfine time libjpeg-dev
+  # benchmarks (python3 reads hyperfine's figures)
+  openssl hyperfine time libjpeg-dev python3
   # health fixtures: ppmtobmp writes the BMP that no image loader we allow reads
   netpbm
   # image metadata fixtures: CMYK JPEG and animated GIF, hand-laid broken EXIF blocks; type and

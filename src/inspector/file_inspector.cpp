@@ -8,6 +8,8 @@
 
 #include "analyzers/folder_inventory.h"
 #include "analyzers/image_pass.h"
+#include "analyzers/pdf_analysis.h"
+#include "analyzers/text_analysis.h"
 #include "analyzers/zip_inventory.h"
 #include "core/accumulators.h"
 #include "core/path_text.h"
@@ -110,9 +112,20 @@ LumenscribeResult FileInspector::inspect(const platform::OpenedItem& item,
     inventoryZipArchive(item, accumulators, control);
   }
 
-  // Then: system metadata, the PDF, audio, video and text analyzers as the content type
-  // decides, and last the image pass for every item.
+  // Then system metadata.
 
+  // The PDF, audio, video and text analyzers as the content type decides; an item may meet
+  // more than one of these tests and is then analysed by each.
+  const auto& type = facts.contentType;
+  if ((type && type->conformsTo(AbstractType::pdf)) || asciiLower(pathExtension(url)) == "pdf") {
+    analyzePDF(item, *decoder_, accumulators);
+  }
+  if (type &&
+      (type->conformsTo(AbstractType::text) || type->conformsTo(AbstractType::sourceCode))) {
+    analyzeText(item, accumulators);
+  }
+
+  // Last, the image pass for every item.
   addImagePass(imageProperties.get(), accumulators);
 
   completeFindingsAndSummary(accumulators);

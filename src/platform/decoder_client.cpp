@@ -271,6 +271,14 @@ Expected<MediaPacketFacts> DecoderClient::mediaPackets(const OpenedItem& item) {
                                    [](Reader& in) { return readMediaPacketFacts(in); });
 }
 
+Expected<PdfAnalysis> DecoderClient::pdfAnalysis(const OpenedItem& item, PageRange range) {
+  if (range.first < 0 || range.count < 0) return make_error_code(DecoderError::refused);
+  Writer arguments;
+  write(arguments, range);
+  return request<PdfAnalysis>(RequestKind::pdfAnalysis, &item, arguments.data(),
+                              [](Reader& in) { return readPdfAnalysis(in); });
+}
+
 namespace {
 
 Expected<std::optional<RgbaImage>> previewFrom(DecoderClient& client, RequestKind kind,
