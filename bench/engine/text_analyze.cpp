@@ -17,7 +17,7 @@
 #include "analyzers/text_analysis.h"
 #include "icu_reference.h"
 #include "platform/decoder_client.h"
-#include "platform/mapped_file.h"
+#include "platform/item_content.h"
 #include "platform/opened_item.h"
 
 namespace {
@@ -72,7 +72,7 @@ int main(int argc, char** argv) {
     platform::DecoderClient decoder;
     analyzePDF(*item, decoder, accumulators);
   } else if (mode == "icu") {
-    const auto file = platform::MappedFile::map(item->descriptor(), item->size());
+    const auto file = platform::ItemContent::read(item->descriptor(), item->size());
     if (!file) return 1;
     const ContentCounts counts = test::icuContentCounts(file->text());
     accumulators.setRaw("Text Characters", std::to_string(test::icuGraphemeCount(file->text())));

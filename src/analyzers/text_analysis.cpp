@@ -11,7 +11,7 @@
 #include "analyzers/text_encoding.h"
 #include "analyzers/text_statistics.h"
 #include "core/path_text.h"
-#include "platform/mapped_file.h"
+#include "platform/item_content.h"
 #include "platform/unicode_text.h"
 
 namespace lumenscribe {
@@ -95,7 +95,7 @@ struct Analysis {
 
 std::optional<Analysis> analyze(const platform::OpenedItem& item) {
   if (!item.isReadable()) return std::nullopt;
-  const auto file = platform::MappedFile::map(item.descriptor(), item.size());
+  const auto file = platform::ItemContent::read(item.descriptor(), item.size());
   if (!file) return std::nullopt;
   const auto decoded = detectTextEncoding(file->text());
   if (!decoded) return std::nullopt;

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <utility>
 
 #include "test_files.h"
@@ -155,6 +156,25 @@ TEST(TextAnalysis, countsEveryEncodingAndOddFileAsTheFirstDecoderReadsIt) {
   EXPECT_EQ(empty.rawMetadata.size(), 10u);
   EXPECT_EQ(empty.rawMetadata.at("Text URLs"), "0");
   EXPECT_EQ(empty.rawMetadata.count("Text Source Type"), 0u);
+}
+
+TEST(TextAnalysis, readsTheTextAsItWasOpenedAndSurvivesItsTruncation) {
+  test::TempDir dir;
+  const auto file = dir.write("notes.txt", std::string(1 << 20, 'a') + "\nlast line\n");
+  // Grown after the open: only the bytes it had count.
+  const platform::OpenedItem grown = test::openedItem(file);
+  std::ofstream(file, std::ios::app) << "one more line\n";
+  Accumulators counted;
+  analyzeText(grown, counted);
+  ASSERT_EQ(counted.sections.size(), 1u);
+  EXPECT_EQ(rowsOf(counted.sections[0])[1], (std::pair<std::string, std::string>{"Lines", "3"}));
+
+  // Cut to a few bytes after the open: no section, and above all no crash.
+  const platform::OpenedItem cut = test::openedItem(file);
+  std::filesystem::resize_file(file, 3);
+  Accumulators none;
+  analyzeText(cut, none);
+  EXPECT_TRUE(none.sections.empty());
 }
 
 TEST(TextAnalysis, namesTheSourceTypeByTheLowerCasedExtension) {
