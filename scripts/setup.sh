@@ -29,6 +29,8 @@ packages=(
   netpbm
   # image metadata fixtures: CMYK JPEG and animated GIF, hand-laid broken EXIF blocks
   imagemagick python3
+  # the Debian package: manual pages, icon sizes, dependencies (dpkg-shlibdeps, file), checks
+  help2man librsvg2-bin dpkg-dev file man-db desktop-file-utils lintian bash-completion
 )
 
 missing=()
