@@ -32,6 +32,8 @@ packages=(
   # image metadata fixtures: CMYK JPEG and animated GIF, hand-laid broken EXIF blocks; type and
   # health fixtures, and the tools the no-false-alarm walk asks for a second opinion
   ffmpeg imagemagick python3 p7zip-full xz-utils bzip2 zstd openssh-client
+  # the Debian package: manual pages, icon sizes, dependencies (dpkg-shlibdeps, file), checks
+  help2man librsvg2-bin dpkg-dev file man-db desktop-file-utils lintian bash-completion
 )
 
 missing=()
