@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
 # SPDX-FileCopyrightText: 2026 Lumenscribe Project
 # SPDX-License-Identifier: MIT
-# Builds Lumenscribe in Release for /usr, hardened as Debian builds its own packages, and
-# writes the Debian package build/release/lumenscribe_VERSION_ARCH.deb with CPack; prints its
-# path last. Install it with: sudo apt install ./build/release/lumenscribe_*.deb
+# Builds Lumenscribe in Release for /usr (in build/package, so that the release build that
+# scripts/run.sh uses stays as it is), hardened as Debian builds its own packages, and writes
+# the Debian package build/release/lumenscribe_VERSION_ARCH.deb with CPack; prints its path
+# last. Install it with: sudo apt install ./build/release/lumenscribe_*.deb
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -19,16 +20,18 @@ cxxflags=()
 for flag in "${flags[@]}"; do
   case $flag in -g | -O?) ;; *) cxxflags+=("$flag") ;; esac
 done
-cmake --preset release -DCMAKE_INSTALL_PREFIX=/usr "-DCMAKE_CXX_FLAGS=${cxxflags[*]}" \
+cmake --preset package "-DCMAKE_CXX_FLAGS=${cxxflags[*]}" \
   "-DCMAKE_EXE_LINKER_FLAGS=$(dpkg-buildflags --get LDFLAGS)" >/dev/null
-cmake --build --preset release -j "$(nproc)"
+cmake --build --preset package -j "$(nproc)"
 
-build=build/release
-rm -f "$build"/lumenscribe_*.deb
+build=build/package
+rm -f "$build"/lumenscribe_*.deb build/release/lumenscribe_*.deb
 (cd "$build" && cpack -G DEB >/dev/null)
 debs=("$build"/lumenscribe_*.deb)
 if [ ! -f "${debs[0]}" ]; then
   echo "package.sh: CPack wrote no package into $build" >&2
   exit 1
 fi
-echo "${debs[0]}"
+mkdir -p build/release
+cp "${debs[0]}" build/release/
+echo "build/release/$(basename "${debs[0]}")"

@@ -47,7 +47,9 @@ std::filesystem::path locateWorker() {
     candidates.push_back(folder / kWorkerName);
     candidates.push_back(folder / LUMENSCRIBE_DECODER_INSTALL_RELATIVE / kWorkerName);
   }
+#ifdef LUMENSCRIBE_DECODER_BUILD_PATH
   candidates.push_back(LUMENSCRIBE_DECODER_BUILD_PATH);
+#endif
   for (const auto& candidate : candidates) {
     if (::access(candidate.c_str(), X_OK) == 0) return candidate;
   }
