@@ -50,7 +50,11 @@ TEST(ContentSignature, firstMatchingTestInTableOrderDecides) {
       // A RIFF form we do not know goes on: here to the text heuristic.
       {"RIFF1234ABCD plain words"s, "Plain text", "text"},
       {withPadding("RIFF\x10\0\0\0ABCD"s, 44), nullptr, nullptr},
-      // Eleven bytes skip the RIFF and ISO tests; all printable, so text.
+      // Twelve bytes are enough for a RIFF form or an ISO brand; eleven skip both tests.
+      {"RIFF\x24\0\0\0WAVE"s, "WAV audio", "audio"},
+      {"\0\0\0\x14"
+       "ftypisom"s,
+       "MP4 / QuickTime media", "video"},
       {"RIFFabcdWAV"s, "Plain text", "text"},
       {withPadding("\0\0\0\x20"
                    "ftypM4A "s,
