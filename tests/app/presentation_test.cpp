@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Lumenscribe Project
 // SPDX-License-Identifier: MIT
-// The window's naming and choosing rules: anchors, accents, preview icons, the icon table.
+// The window's choosing rules: preview icons and the icon table.
 #include "app/presentation.h"
 
 #include <QtTest>
@@ -16,33 +16,6 @@ class PresentationTest : public QObject {
   Q_OBJECT
 
  private slots:
-  void anchorsAreMadeFromTitles() {
-    const std::pair<const char*, const char*> cases[] = {
-        {"Identity & Integrity", "section-identity-and-integrity"},
-        {"File", "section-file"},
-        {"ZIP Archive Contents", "section-zip-archive-contents"},
-        {"Software & Creator", "section-software-and-creator"},
-        {"Read/Write Test", "section-read-write-test"},
-        {"PDF Content Analysis", "section-pdf-content-analysis"},
-    };
-    for (const auto& [title, anchor] : cases) QCOMPARE(sectionAnchor(title), std::string(anchor));
-  }
-
-  void accentsFollowTheTitleTable() {
-    QCOMPARE(accentForSection("Camera"), Accent::blue);
-    QCOMPARE(accentForSection("Software & Ownership"), Accent::blue);
-    QCOMPARE(accentForSection("Video"), Accent::purple);
-    QCOMPARE(accentForSection("Audio Tags"), Accent::indigo);
-    QCOMPARE(accentForSection("Text Analysis"), Accent::teal);
-    QCOMPARE(accentForSection("Type Verification"), Accent::orange);
-    QCOMPARE(accentForSection("File Health"), Accent::green);
-    QCOMPARE(accentForSection("Identity & Integrity"), Accent::cyan);
-    QCOMPARE(accentForSection("File Origin"), Accent::mint);
-    QCOMPARE(accentForSection("Safe Inspection"), Accent::red);
-    QCOMPARE(accentForSection("File"), Accent::system);
-    QCOMPARE(accentForSection("camera"), Accent::system);  // titles match exactly
-  }
-
   void previewIconsFollowTheFirstMatchingRule() {
     const auto type = [](const char* name) { return platform::contentTypeForName(name); };
     QVERIFY(type("audio/mpeg") && type("application/zip") && type("text/x-python"));
@@ -109,14 +82,6 @@ class PresentationTest : public QObject {
                              "sparkles"}) {
       QVERIFY2(lucideNameFor(used) != "file" || std::string_view(used) == "doc.fill", used);
     }
-  }
-
-  void severityHelpTextsNameTheLevel() {
-    QCOMPARE(severityHelpText(PrivacyLevel::notice, 0), std::string("No caution findings"));
-    QCOMPARE(severityHelpText(PrivacyLevel::neutral, 0), std::string("No info findings"));
-    QCOMPARE(severityHelpText(PrivacyLevel::sensitive, 0), std::string("No warning findings"));
-    QCOMPARE(severityHelpText(PrivacyLevel::sensitive, 3),
-             std::string("Jump to Sharing & Privacy"));
   }
 };
 
