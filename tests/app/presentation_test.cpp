@@ -4,9 +4,11 @@
 #include "app/presentation.h"
 
 #include <QtTest>
+#include <set>
 
 #include "app/icon_map.h"
 #include "app/icons.h"
+#include "lumenscribe/file_inspector.h"
 #include "platform/mime_database.h"
 
 using namespace lumenscribe;
@@ -55,32 +57,26 @@ class PresentationTest : public QObject {
     }
     QCOMPARE(lucideNameFor("no.such.symbol"), lucideNameFor("doc.fill"));
     QVERIFY(hasSymbolIcon("no.such.symbol"));
-    // Every icon the result model and the window name is in the table.
-    for (const char* used : {"doc.fill",
-                             "folder.fill",
-                             "fingerprint",
-                             "location.fill",
-                             "camera.fill",
-                             "photo.fill",
-                             "person.text.rectangle.fill",
-                             "film.fill",
-                             "waveform",
-                             "music.note.list",
-                             "text.alignleft",
-                             "doc.richtext.fill",
-                             "rectangle.stack.fill",
-                             "doc.text.magnifyingglass",
-                             "info.square.fill",
-                             "arrow.down.doc.fill",
-                             "archivebox.fill",
-                             "folder.badge.gearshape",
-                             "list.bullet.indent",
-                             "checkmark.shield.fill",
-                             "checkmark.seal.fill",
-                             "exclamationmark.triangle.fill",
-                             "stethoscope",
-                             "sparkles"}) {
-      QVERIFY2(lucideNameFor(used) != "file" || std::string_view(used) == "doc.fill", used);
+    // Every icon that a result of a real file names has its own drawing, not the fallback's.
+    const std::filesystem::path data = LUMENSCRIBE_TEST_DATA_DIR;
+    const FileInspector inspector;
+    std::set<std::string> used;
+    std::vector<std::filesystem::path> items = {data / "containers",
+                                                data / "containers" / "listing.zip"};
+    for (const char* folder : {"health", "image"}) {
+      for (const auto& entry : std::filesystem::directory_iterator(data / folder)) {
+        items.push_back(entry.path());
+      }
+    }
+    for (const auto& item : items) {
+      const auto result = inspector.inspect(item);
+      QVERIFY(result);
+      for (const InsightSection& section : result->sections) used.insert(section.systemImage);
+    }
+    QVERIFY(used.size() >= 10);
+    for (const std::string& symbol : used) {
+      QVERIFY2(symbol == "doc.fill" || lucideNameFor(symbol) != lucideNameFor("doc.fill"),
+               symbol.c_str());
     }
   }
 };
