@@ -34,21 +34,6 @@ TEST(Records, areEqualOnlyToThemselvesAndTheirCopies) {
   EXPECT_NE(section, changed);
 }
 
-TEST(Records, resultsCompareRawMetadataAsAMap) {
-  RawMetadata forward, backward;
-  forward["a"] = "1";
-  forward["B"] = "2";
-  backward["B"] = "2";
-  backward["a"] = "1";
-  const LumenscribeResult result("/tmp/x", "x", "Folder", 0, {"File"}, {}, {}, forward);
-  LumenscribeResult same = result;
-  same.rawMetadata = backward;
-  EXPECT_EQ(result, same);
-  EXPECT_EQ(std::hash<LumenscribeResult>{}(result), std::hash<LumenscribeResult>{}(same));
-  same.rawMetadata["a"] = "changed";
-  EXPECT_NE(result, same);
-}
-
 TEST(PrivacyLevel, readsBackItsOwnRawValuesOnly) {
   for (const PrivacyLevel level :
        {PrivacyLevel::neutral, PrivacyLevel::notice, PrivacyLevel::sensitive}) {
@@ -56,16 +41,6 @@ TEST(PrivacyLevel, readsBackItsOwnRawValuesOnly) {
   }
   EXPECT_EQ(privacyLevelFromRawValue("Notice"), std::nullopt);
   EXPECT_EQ(privacyLevelFromRawValue(""), std::nullopt);
-}
-
-TEST(FileInspectionError, carriesItsMessagesAsErrorCodes) {
-  const std::error_code unsupported = FileInspectionError::unsupportedFile;
-  const std::error_code unreadable = FileInspectionError::unreadableFile;
-  EXPECT_EQ(unsupported.message(), "Lumenscribe could not inspect this file yet.");
-  EXPECT_EQ(unreadable.message(), "Lumenscribe could not read this file.");
-  EXPECT_NE(unsupported, unreadable);
-  EXPECT_TRUE(unsupported);  // never mistaken for success
-  EXPECT_NE(unsupported, std::error_code(1, std::system_category()));
 }
 
 }  // namespace

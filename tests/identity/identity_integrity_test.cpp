@@ -73,20 +73,6 @@ TEST(IdentityAndIntegrity, reportsFingerprintOwnershipAndModeBits) {
   EXPECT_EQ(rowsOf(locked).at("Permissions"), "000");
 }
 
-TEST(IdentityAndIntegrity, keepsOwnershipWhenTheContentIsUnreadable) {
-  if (test::runningAsRoot()) GTEST_SKIP() << "root can read a file without read permission";
-  TempDir dir;
-  const auto file = dir.write("secret", "x");
-  ASSERT_EQ(::chmod(file.c_str(), 0200), 0);
-  Accumulators accumulators;
-  addIdentityAndIntegrity(test::openedItem(file), accumulators);
-  const auto rows = rowsOf(accumulators);
-  EXPECT_EQ(rows.count("SHA-256"), 0u);
-  EXPECT_EQ(accumulators.rawMetadata.count("File SHA-256"), 0u);
-  EXPECT_EQ(rows.at("Permissions"), "200");
-  EXPECT_TRUE(rows.count("Owner"));
-}
-
 TEST(IdentityAndIntegrity, describesALinkAsTheLinkItIs) {
   TempDir dir;
   const auto target = dir.write("target", "x");
