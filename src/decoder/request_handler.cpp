@@ -13,9 +13,11 @@
 #include <string_view>
 
 #include "decoder/exif_properties.h"
+#include "decoder/ffmpeg_log.h"
 #include "decoder/image_properties.h"
 #include "decoder/image_status.h"
 #include "decoder/item_bytes.h"
+#include "decoder/media_description.h"
 #include "decoder/pdf_document.h"
 #include "decoder/picture_preview.h"
 
@@ -96,6 +98,9 @@ Reply serve(RequestKind kind, Reader& in, const ItemBytes& item) {
     case RequestKind::imageProperties:
       if (!in.finished() || item.fd < 0) return bad;
       return ok(readImageProperties(item));
+    case RequestKind::mediaDescription:
+      if (!in.finished() || item.fd < 0) return bad;
+      return ok(describeMedia(item));
 #ifdef LUMENSCRIBE_DECODER_TEST_HOOKS
     case RequestKind::testProbeConfinement: {
       const std::string path = in.text(4096);
@@ -121,6 +126,7 @@ void initialiseDecoders() {
   initialiseExiv2();
   // poppler keeps no global state worth settling; opening nothing silences its log.
   openPdf(ItemBytes{});
+  silenceFfmpegLog();
 }
 
 Reply handleRequest(std::uint16_t kind, std::span<const std::byte> payload, int item) {

@@ -74,6 +74,8 @@ class DecoderClient {
                                                              decoder::PreviewBox box);
   /// The property map of image 0; nothing when the item holds no image.
   Expected<std::optional<decoder::ImageProperties>> imageProperties(const OpenedItem& item);
+  /// The tracks, decoded audio format and tags of an audio or video file, from one probe.
+  Expected<decoder::MediaDescription> mediaDescription(const OpenedItem& item);
 
   /// One round trip: the item's size, then `arguments`, with its descriptor beside them (no
   /// item: size 0, no descriptor); the reply's payload back, unread.
