@@ -4,7 +4,11 @@
 
 #include <future>
 
+#include "analyzers/audio_analysis.h"
 #include "analyzers/image_pass.h"
+#include "analyzers/media_tags.h"
+#include "analyzers/system_metadata.h"
+#include "analyzers/video_analysis.h"
 #include "core/accumulators.h"
 #include "core/path_text.h"
 #include "health/health_assessment.h"
@@ -65,8 +69,24 @@ LumenscribeResult FileInspector::inspect(const platform::OpenedItem& item) const
     assessFileHealth(item, *decoder_, accumulators);
   }
 
-  // Then: the folder or ZIP inventory, system metadata, the PDF, audio, video and text
-  // analyzers as the content type decides, and last the image pass for every item.
+  // Then: the folder or ZIP inventory.
+
+  analyzeSystemMetadata(item, accumulators);
+
+  // The PDF, audio, video and text analyzers as the content type decides; an item may meet
+  // more than one of these tests and is then analysed by each. Audio and video share one
+  // probe of the file.
+  const auto& type = facts.contentType;
+  const bool audio = type && type->conformsTo(AbstractType::audio);
+  const bool video =
+      type && (type->conformsTo(AbstractType::movie) || type->conformsTo(AbstractType::video));
+  if (audio || video) {
+    const MediaProbe media = probeMedia(item, *decoder_);
+    if (audio) analyzeAudio(media, accumulators);
+    if (video) analyzeVideo(media, accumulators);
+  }
+
+  // Last, the image pass for every item.
 
   addImagePass(imageProperties.get(), accumulators);
 

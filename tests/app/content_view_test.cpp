@@ -257,6 +257,8 @@ class ContentViewTest : public QObject {
     SectionCard* health = view.resultScreen()->sectionCard("File Health");
     QVERIFY(health);
     QVERIFY(health->inspectFurtherButton());
+    // A click lands only once the cards below the fold have been laid out.
+    QTRY_VERIFY(health->inspectFurtherButton()->height() > 0);
     QTest::mouseClick(health->inspectFurtherButton(), Qt::LeftButton);
     QVERIFY(view.state().healthSectionForInspection);
     QCOMPARE(view.state().healthSectionForInspection->title, "File Health");

@@ -131,7 +131,9 @@ TEST(FileInspector, inspectsFoldersAndPackagesAsContainers) {
   EXPECT_EQ(folder->sections[0].systemImage, "folder.fill");
   EXPECT_EQ(sectionTitled(*folder, "Identity & Integrity"), nullptr);
   EXPECT_EQ(rowValue(folder->sections[0], "Size"), "<missing>");
-  EXPECT_EQ(folder->summaryItems, std::vector<std::string>{"File"});
+  // The system metadata describes folders too.
+  EXPECT_EQ(folder->sections.back().title, "System Metadata");
+  EXPECT_EQ(folder->summaryItems, std::vector<std::string>{"System Metadata"});
 
   const auto package = FileInspector().inspect(dir.path() / "Tool.APP");
   ASSERT_TRUE(package);
@@ -303,8 +305,8 @@ TEST(FileInspector, endsWithTheImageSectionsAndTheirFindingsInTheirOrder) {
     std::vector<std::string> titles;
     for (const auto& section : photo->sections) titles.push_back(section.title);
     EXPECT_EQ(titles, (std::vector<std::string>{"File", "Identity & Integrity", "Type Verification",
-                                                "File Health", "Image", "Camera", "Location",
-                                                "Software & Creator"}));
+                                                "File Health", "System Metadata", "Image", "Camera",
+                                                "Location", "Software & Creator"}));
     std::vector<std::string> findings;
     for (const auto& finding : photo->privacyFindings) findings.push_back(finding.title);
     EXPECT_EQ(findings,
