@@ -13,6 +13,8 @@ packages=(
   # the decoder worker confines itself with seccomp
   libseccomp-dev
   libavformat-dev libavcodec-dev libavutil-dev
+  # Mac property lists in extended attributes
+  libplist-dev
   # window
   qt6-svg-dev libqt6svg6 libgl-dev
   fonts-noto-color-emoji fonts-dejavu-core
@@ -29,6 +31,8 @@ packages=(
   netpbm
   # image metadata fixtures: CMYK JPEG and animated GIF, hand-laid broken EXIF blocks
   imagemagick python3
+  # media fixtures and the media benchmark's peer
+  ffmpeg
 )
 
 missing=()
