@@ -6,7 +6,6 @@
 
 #include <chrono>
 #include <cstdint>
-#include <cstdlib>
 #include <limits>
 #include <memory>
 #include <string>
@@ -26,9 +25,9 @@ struct PlistFree {
   void operator()(plist_t node) const noexcept { plist_free(node); }
 };
 
-struct CFree {
-  void operator()(char* text) const noexcept { std::free(text); }
-};
+std::string countText(std::uint64_t count, const char* one, const char* many) {
+  return std::to_string(count) + " " + (count == 1 ? one : many);
+}
 
 class Converter {
  public:
@@ -69,10 +68,14 @@ class Converter {
       case PLIST_DATA: {
         std::uint64_t length = 0;
         plist_get_data_ptr(node, &length);
-        return MetadataValue(MetadataValue::Other{std::to_string(length) + " bytes"});
+        return MetadataValue(MetadataValue::Other{countText(length, "byte", "bytes")});
       }
       case PLIST_ARRAY: return array(node, depth);
-      case PLIST_DICT: return map(node, depth);
+      // libplist 2.2 aborts the process when asked for a key that holds a NUL byte, and no
+      // call reads one safely: a dictionary says how many entries it has, and no more.
+      case PLIST_DICT:
+        return MetadataValue(
+            MetadataValue::Other{countText(plist_dict_get_size(node), "entry", "entries")});
       default: return MetadataValue(MetadataValue::Other{"?"});  // UIDs and keys
     }
   }
@@ -89,25 +92,6 @@ class Converter {
       elements.push_back(std::move(*element));
     }
     return MetadataValue(std::move(elements));
-  }
-
-  std::optional<MetadataValue> map(plist_t node, int depth) {
-    if (plist_dict_get_size(node) > nodesLeft_) return std::nullopt;
-    MetadataValue::Map entries;
-    plist_dict_iter iterator = nullptr;
-    plist_dict_new_iter(node, &iterator);
-    const std::unique_ptr<void, decltype(&std::free)> iteratorOwner(iterator, std::free);
-    for (;;) {
-      char* rawKey = nullptr;
-      plist_t item = nullptr;
-      plist_dict_next_item(node, iterator, &rawKey, &item);
-      const std::unique_ptr<char, CFree> key(rawKey);
-      if (item == nullptr) break;
-      auto element = value(item, depth + 1);
-      if (!element) return std::nullopt;
-      entries.insert_or_assign(validUtf8(key ? key.get() : ""), std::move(*element));
-    }
-    return MetadataValue(std::move(entries));
   }
 
   std::size_t nodesLeft_ = kMaxNodes;

@@ -10,9 +10,10 @@
 namespace lumenscribe::platform {
 
 /// A binary property list ("bplist00", as Macs store metadata in extended attributes), as
-/// a metadata value: texts (UTF-8), integers, reals, dates, arrays and maps; booleans read
-/// as 1 and 0, data and UIDs as a description. Nothing when the bytes are not a binary
-/// property list or nest deeper or hold more values than any metadata needs.
+/// a metadata value: texts (UTF-8), integers, reals, dates and arrays; booleans read as 1 and
+/// 0, data, dictionaries and UIDs as a description ("3 bytes", "2 entries"). Nothing when the
+/// bytes are not a binary property list or nest deeper or hold more values than any
+/// metadata needs.
 ///
 ///     parseBinaryPlist(whereFroms);  // ["https://example.com/file.zip", "https://example.com/"]
 std::optional<MetadataValue> parseBinaryPlist(std::string_view bytes);

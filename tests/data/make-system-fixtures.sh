@@ -22,17 +22,20 @@ write("where_froms.bplist",
       ["https://example.com/files/report.pdf", "https://example.com/downloads"])
 # A list of one date: 2024-03-05 14:30:15 UTC (plistlib reads naive times as UTC).
 write("downloaded_date.bplist", [datetime.datetime(2024, 3, 5, 14, 30, 15)])
-# Every kind of value, in a dictionary.
-write("every_kind.bplist", {
-    "text": "Caf\u00e9 \u2014 \U0001F600",
-    "negative": -5,
-    "large": 2**62,
-    "real": 2.5,
-    "yes": True,
-    "data": b"\x00\x01\x02",
-    "date": datetime.datetime(2001, 1, 1),
-    "list": ["a", 1],
-})
+# Every kind of value, in a list.
+write("every_kind.bplist", [
+    "Caf\u00e9 \u2014 \U0001F600",
+    -5,
+    2**62,
+    2.5,
+    True,
+    b"\x00\x01\x02",
+    datetime.datetime(2001, 1, 1),
+    ["a", 1],
+    {"one": 1, "two": 2},
+])
+# A dictionary whose key holds a NUL byte.
+write("nul_in_key.bplist", {"a\0b": 1})
 # Nested twelve lists deep: deeper than any metadata.
 deep = "bottom"
 for _ in range(12):
