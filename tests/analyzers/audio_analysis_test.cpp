@@ -7,6 +7,7 @@
 #include <cmath>
 
 #include "lumenscribe/file_inspector.h"
+#include "media_fixtures.h"
 #include "test_files.h"
 
 namespace lumenscribe {
@@ -17,7 +18,7 @@ using platform::decoder::MediaDescription;
 using platform::decoder::MediaTag;
 using Rows = std::vector<std::pair<std::string, std::string>>;
 
-const std::filesystem::path kMedia = std::filesystem::path(LUMENSCRIBE_TEST_DATA_DIR) / "media";
+const std::filesystem::path& kMedia = test::kMediaFixtures;
 constexpr std::uint32_t kLinearPcm = 0x6C70636D;  // "lpcm"
 
 Rows rowsOf(const std::vector<InsightSection>& sections, std::string_view title) {
@@ -218,8 +219,16 @@ TEST(AudioAnalysis, realFilesGiveTheRowsFfprobeAgreesWith) {
             "Invalid data found when processing input");
   EXPECT_EQ(rowsOf(text->sections, "Audio"), Rows{});
 
-  // An empty file has nothing for a demuxer either.
+  // A 10 MB cover picture costs the worker nothing it cannot afford.
   test::TempDir dir;
+  const auto covered = inspector.inspect(
+      dir.write("covered.mp3", test::id3Tag({test::coverPicture(10 * 1024 * 1024)}) +
+                                   test::fileBytes(kMedia / "tagged.mp3")));
+  ASSERT_TRUE(covered);
+  EXPECT_EQ(rowsOf(covered->sections, "Audio"), rowsOf(song->sections, "Audio"));
+  EXPECT_EQ(covered->rawMetadata.at("Audio Tag comment"), "Cover (front)");
+
+  // An empty file has nothing for a demuxer either.
   const auto empty = inspector.inspect(dir.write("empty.mp3", ""));
   ASSERT_TRUE(empty);
   EXPECT_EQ(empty->rawMetadata.at("Audio AVAudioFile Error"),

@@ -15,6 +15,7 @@
 #include <map>
 
 #include "decoder/decoder_test_support.h"
+#include "media_fixtures.h"
 
 namespace lumenscribe::decoder {
 namespace {
@@ -24,7 +25,7 @@ using platform::decoder::MediaTag;
 using Fields = std::map<std::string, std::string>;
 using namespace std::string_literals;
 
-const std::filesystem::path kMedia = std::filesystem::path(LUMENSCRIBE_TEST_DATA_DIR) / "media";
+const std::filesystem::path& kMedia = lumenscribe::test::kMediaFixtures;
 
 std::string validUtf8(const std::string& bytes) {
   const std::unique_ptr<gchar, decltype(&g_free)> valid(
@@ -114,11 +115,6 @@ class MemoryItem {
   platform::UniqueFd fd_;
   std::int64_t size_ = 0;
 };
-
-std::string fileBytes(const std::filesystem::path& path) {
-  std::ifstream in(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
-}
 
 TEST(MediaDescription, agreesWithFfprobeOnEveryFixture) {
   const auto probes = readFfprobeOutput();
@@ -220,35 +216,21 @@ TEST(MediaDescription, whatNoDemuxerTakesGivesFfmpegsReason) {
 
   // Only the item's own bytes count: this file's movie header lies in its last quarter,
   // past the size it is opened with here.
-  const std::string film = fileBytes(kMedia / "film_23976.mp4");
+  const std::string film = lumenscribe::test::fileBytes(kMedia / "film_23976.mp4");
   const MemoryItem item(film);
   EXPECT_TRUE(describeMedia(item.bytes()).opened);
   EXPECT_FALSE(describeMedia(item.bytes(std::ssize(film) * 3 / 4)).opened);
 }
 
-// An ID3v2.4 tag holding `frames`, each an ID and its body.
-std::string id3Tag(const std::vector<std::pair<std::string, std::string>>& frames) {
-  const auto synchsafe = [](std::size_t size) {
-    return std::string{static_cast<char>(size >> 21 & 0x7F), static_cast<char>(size >> 14 & 0x7F),
-                       static_cast<char>(size >> 7 & 0x7F), static_cast<char>(size & 0x7F)};
-  };
-  std::string body;
-  for (const auto& [id, content] : frames)
-    body += id + synchsafe(content.size()) + '\0' + '\0' + content;
-  return std::string("ID3\x04\0\0", 6) + synchsafe(body.size()) + body;
-}
-
 TEST(MediaDescription, aHugeCoverPictureAndAwkwardTagsStayWithinBounds) {
-  std::string picture = "\x89PNG\r\n\x1a\n";
-  picture.resize(10 * 1024 * 1024);
   std::string longValue;
   while (longValue.size() < 100 * 1024) longValue += "\u20AC";  // three bytes each
-  const std::string tag = id3Tag({
-      {"APIC", "\0image/png\0\x03\0"s + picture},
+  const std::string tag = lumenscribe::test::id3Tag({
+      lumenscribe::test::coverPicture(10 * 1024 * 1024),
       {"TXXX", "\x03notes\0"s + longValue},
       {"TXXX", "\x03raw\0Caf\xe9 au lait"s},
   });
-  const MemoryItem item(tag + fileBytes(kMedia / "tagged.mp3"));
+  const MemoryItem item(tag + lumenscribe::test::fileBytes(kMedia / "tagged.mp3"));
   const MediaDescription media = describeMedia(item.bytes());
   ASSERT_TRUE(media.opened);
   // The picture is cover art, not a video track.
