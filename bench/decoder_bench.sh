@@ -7,10 +7,8 @@
 # Usage: bench/decoder_bench.sh   (needs cmake, ninja, vips, hyperfine)
 set -euo pipefail
 cd "$(dirname "$0")/.."
-build=build/engine-bench
-cmake -S bench/engine -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release > "$build.log" 2>&1 &&
-  cmake --build "$build" --target decoder_round_trip lumenscribe-decoder -j2 >> "$build.log" 2>&1 ||
-  { cat "$build.log" >&2; exit 1; }
+. bench/engine_build.sh
+build_engine_bench decoder_round_trip
 
 work=$(mktemp -d "${TMPDIR:-/tmp}/lumenscribe-decoder-bench-XXXXXX")
 trap 'rm -rf "$work"' EXIT

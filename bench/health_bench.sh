@@ -4,16 +4,14 @@
 # The health check against the peer tools it stands beside, in the same run:
 #  - a 12-megapixel JPEG: our image check against one full decode by `vips avg` (limit 1.2);
 #  - a ZIP archive: our ZIP check, less the program's start-up, against `unzip -tqq` alone
-#    (it should add nothing).
+#    (limit 1.3).
 # Builds its own optimised copy of the engine in build/engine-bench. The check runs as it does
 # in an inspection: the image is decoded by the decoder worker, which the program starts.
 # Usage: bench/health_bench.sh   (needs cmake, ninja, vips, zip, hyperfine)
 set -euo pipefail
 cd "$(dirname "$0")/.."
-build=build/engine-bench
-cmake -S bench/engine -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release > "$build.log" 2>&1 &&
-  cmake --build "$build" --target health_check lumenscribe-decoder -j2 >> "$build.log" 2>&1 ||
-  { cat "$build.log" >&2; exit 1; }
+. bench/engine_build.sh
+build_engine_bench health_check
 check="$build/health_check"
 
 work=$(mktemp -d "${TMPDIR:-/tmp}/lumenscribe-health-bench-XXXXXX")
@@ -51,5 +49,5 @@ python3 - "$work/zip.json" <<'PY'
 import json, sys
 unzip, ours, start = (r["median"] for r in json.load(open(sys.argv[1]))["results"])
 print(f"median unzip {unzip:.3f} s, ZIP check {ours:.3f} s, start-up {start:.3f} s; "
-      f"ZIP check less start-up / unzip = {(ours - start) / unzip:.2f} (should be about 1)")
+      f"ZIP check less start-up / unzip = {(ours - start) / unzip:.2f} (limit 1.3)")
 PY

@@ -11,11 +11,8 @@
 # Usage: bench/image_metadata_bench.sh   (needs cmake, ninja, vips, exiftool, hyperfine)
 set -euo pipefail
 cd "$(dirname "$0")/.."
-build=build/engine-bench
-mkdir -p "$build"
-cmake -S bench/image_metadata -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release > "$build.log" 2>&1 &&
-  cmake --build "$build" --target image_metadata_timing lumenscribe-cli lumenscribe-decoder -j2 \
-    >> "$build.log" 2>&1 || { cat "$build.log" >&2; exit 1; }
+. bench/engine_build.sh
+build_engine_bench image_metadata_timing lumenscribe-cli
 timing="$build/image_metadata_timing"
 cli="$build/lumenscribe/src/lumenscribe-cli"
 

@@ -13,6 +13,8 @@ packages=(
   # the decoder worker confines itself with seccomp
   libseccomp-dev
   libavformat-dev libavcodec-dev libavutil-dev
+  # whole-file health checks in the decoder: qpdf's library and the compression formats' own
+  libqpdf-dev zlib1g-dev liblzma-dev libbz2-dev libzstd-dev
   # Mac property lists in extended attributes
   libplist-dev
   # window
@@ -29,10 +31,10 @@ packages=(
   openssl hyperfine time libjpeg-dev
   # health fixtures: ppmtobmp writes the BMP that no image loader we allow reads
   netpbm
-  # image metadata fixtures: CMYK JPEG and animated GIF, hand-laid broken EXIF blocks
-  imagemagick python3
-  # media fixtures and the media benchmark's peer
-  ffmpeg
+  # image metadata fixtures: CMYK JPEG and animated GIF, hand-laid broken EXIF blocks; type and
+  # health fixtures, and the tools the no-false-alarm walk asks for a second opinion; media
+  # fixtures and the media benchmark's peer (ffmpeg, ffprobe)
+  ffmpeg imagemagick python3 p7zip-full xz-utils bzip2 zstd openssh-client
 )
 
 missing=()

@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "lumenscribe/expected.h"
+#include "lumenscribe/inspection_control.h"
 #include "lumenscribe/result.h"
 
 namespace lumenscribe {
@@ -38,8 +39,10 @@ class FileInspector {
   Expected<LumenscribeResult> inspect(const std::filesystem::path& url) const;
 
   /// Inspects an item opened by platform::openItem, for a caller that keeps it (the window
-  /// shows a preview of the very bytes it inspected). Never fails.
-  LumenscribeResult inspect(const platform::OpenedItem& item) const;
+  /// shows a preview of the very bytes it inspected). Never fails. `control` reports the
+  /// progress of a folder walk or ZIP listing and can end it early.
+  LumenscribeResult inspect(const platform::OpenedItem& item,
+                            const InspectionControl& control = {}) const;
 
   /// The decoder worker's client, for previews of the inspected item.
   const std::shared_ptr<platform::DecoderClient>& decoder() const { return decoder_; }

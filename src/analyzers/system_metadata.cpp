@@ -174,7 +174,7 @@ void addSystemMetadata(const SystemAttributes& attributes, Accumulators& accumul
     addRow(originRows, accumulators, "Where From", std::move(whereFrom));
     accumulators.findings.emplace_back(
         "Download source is recorded",
-        "macOS metadata includes information about where this file came from. Lumenscribe "
+        "The file system records information about where this file came from. Lumenscribe "
         "shows it as useful source history.",
         PrivacyLevel::neutral);
   }

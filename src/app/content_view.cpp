@@ -10,6 +10,7 @@
 #include <QMessageBox>
 #include <QMimeData>
 #include <QStackedWidget>
+#include <QTimer>
 #include <QUrl>
 #include <QVBoxLayout>
 #include <QtConcurrent/QtConcurrentRun>
@@ -58,7 +59,8 @@ QWidget* heading(QWidget* parent) {
 
 }  // namespace
 
-InspectionOutcome inspectItem(const FileInspector& inspector, const std::filesystem::path& url) {
+InspectionOutcome inspectItem(const FileInspector& inspector, const std::filesystem::path& url,
+                              const InspectionControl& control) {
   InspectionOutcome outcome;
   Expected<platform::OpenedItem> opened = platform::openItem(url);
   if (!opened) {
@@ -66,7 +68,7 @@ InspectionOutcome inspectItem(const FileInspector& inspector, const std::filesys
     return outcome;
   }
   auto item = std::make_shared<const platform::OpenedItem>(std::move(opened).value());
-  outcome.result = inspector.inspect(*item);
+  outcome.result = inspector.inspect(*item, control);
   const ItemFacts& facts = item->facts();
   outcome.isDirectory = facts.isDirectory;
   outcome.previewSymbol = std::string(previewSymbolFor(
@@ -97,6 +99,10 @@ ContentView::ContentView(QWidget* parent) : QWidget(parent) {
   stack_->addWidget(resultScreen_);
   layout->addWidget(stack_, 1);
   overlay_ = new ProgressOverlay(this);
+  // The worker only stores its count; the interface thread looks at it a few times a second.
+  progressTimer_ = new QTimer(this);
+  progressTimer_->setInterval(100);
+  connect(progressTimer_, &QTimer::timeout, this, [this] { overlay_->setProgress(*entriesSeen_); });
 
   connect(dropScreen_, &DropScreen::openRequested, this, [this] { chooseItemToOpen(false); });
   connect(&watcher_, &QFutureWatcher<InspectionOutcome>::finished, this,
@@ -105,8 +111,8 @@ ContentView::ContentView(QWidget* parent) : QWidget(parent) {
 }
 
 // The watcher goes with the window; a running inspection holds only copies and finishes
-// on its own, its outcome unread.
-ContentView::~ContentView() = default;
+// on its own, its outcome unread, and a folder walk or ZIP listing in it ends at once.
+ContentView::~ContentView() { stopInspection_.request_stop(); }
 
 void ContentView::connectResultScreen() {
   ResultScreen* screen = resultScreen_;
@@ -169,8 +175,15 @@ void ContentView::startInspection(const std::filesystem::path& url) {
   overlay_->show();
   overlay_->raise();
   overlay_->setFocus();  // keys must not reach the screen underneath
-  watcher_.setFuture(
-      QtConcurrent::run([inspector = inspector_, url] { return inspectItem(inspector, url); }));
+  // A fresh count and stop for every inspection: the last one's worker may still be ending.
+  stopInspection_ = std::stop_source();
+  entriesSeen_ = std::make_shared<std::atomic<std::int64_t>>(0);
+  overlay_->setProgress(0);
+  progressTimer_->start();
+  InspectionControl control{stopInspection_.get_token(),
+                            [seen = entriesSeen_](std::int64_t entries) { *seen = entries; }};
+  watcher_.setFuture(QtConcurrent::run(
+      [inspector = inspector_, url, control] { return inspectItem(inspector, url, control); }));
 }
 
 void ContentView::finishInspection() {
@@ -182,6 +195,7 @@ void ContentView::finishInspection() {
     // The worker ended without an outcome (it threw): an empty error would read "Success".
     outcome.error = make_error_code(FileInspectionError::unsupportedFile);
   }
+  progressTimer_->stop();
   overlay_->hide();
   if (outcome.result) {
     state_.result = std::move(outcome.result);

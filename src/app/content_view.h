@@ -7,9 +7,12 @@
 #include <QPointer>
 #include <QString>
 #include <QWidget>
+#include <atomic>
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <stop_token>
 #include <string>
 #include <system_error>
 
@@ -21,6 +24,7 @@
 
 class QMimeData;
 class QStackedWidget;
+class QTimer;
 
 namespace lumenscribe::app {
 
@@ -64,7 +68,8 @@ struct InspectionOutcome {
 };
 
 /// Inspects one item and gathers its preview facts. Blocking; runs on a worker thread.
-InspectionOutcome inspectItem(const FileInspector& inspector, const std::filesystem::path& url);
+InspectionOutcome inspectItem(const FileInspector& inspector, const std::filesystem::path& url,
+                              const InspectionControl& control = {});
 
 /// The message for several items dropped at once.
 QString oneItemMessage();
@@ -118,6 +123,12 @@ class ContentView : public QWidget {
 
   ContentViewState state_;
   FileInspector inspector_;
+  // Ends the running inspection's folder walk or ZIP listing when the window goes.
+  std::stop_source stopInspection_;
+  // How far the running inspection's walk or listing has come, written by its worker.
+  std::shared_ptr<std::atomic<std::int64_t>> entriesSeen_ =
+      std::make_shared<std::atomic<std::int64_t>>(0);
+  QTimer* progressTimer_ = nullptr;
   QFutureWatcher<InspectionOutcome> watcher_;
   QStackedWidget* stack_ = nullptr;
   DropScreen* dropScreen_ = nullptr;

@@ -9,6 +9,7 @@
 #include <QVBoxLayout>
 
 #include "app/card.h"
+#include "app/text_labels.h"
 
 namespace lumenscribe::app {
 
@@ -30,10 +31,20 @@ ProgressOverlay::ProgressOverlay(QWidget* parent) : QWidget(parent) {
   label->setObjectName(QStringLiteral("progressLabel"));
   label->setAlignment(Qt::AlignCenter);
   cardLayout->addWidget(label);
+  count_ = quietLabel(QString(), card);
+  count_->setObjectName(QStringLiteral("progressCount"));
+  count_->setAlignment(Qt::AlignCenter);
+  count_->hide();
+  cardLayout->addWidget(count_);
   layout->addWidget(card, 0, Qt::AlignCenter);
   parent->installEventFilter(this);
   setGeometry(parent->rect());
   hide();
+}
+
+void ProgressOverlay::setProgress(std::int64_t entries) {
+  count_->setText(QStringLiteral("%1 items so far").arg(entries));
+  count_->setVisible(entries > 0);
 }
 
 bool ProgressOverlay::eventFilter(QObject* watched, QEvent* event) {

@@ -3,6 +3,9 @@
 #pragma once
 
 #include <QWidget>
+#include <cstdint>
+
+class QLabel;
 
 namespace lumenscribe::app {
 
@@ -14,9 +17,16 @@ class ProgressOverlay : public QWidget {
  public:
   explicit ProgressOverlay(QWidget* parent);
 
+  /// Shows how many entries a folder walk or ZIP listing has gone through ("12345 items so
+  /// far"); 0 hides the line.
+  void setProgress(std::int64_t entries);
+
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
+
+ private:
+  QLabel* count_ = nullptr;
 };
 
 }  // namespace lumenscribe::app

@@ -12,10 +12,14 @@ namespace {
 constexpr std::array<std::string_view, 3> kVideoOutsideVideoTree = {
     "application/vnd.rn-realmedia", "application/x-matroska", "application/mxf"};
 
-constexpr std::array<std::string_view, 18> kArchiveTypes = {
+// The MIME database's own names; aliases such as application/x-bzip2 never appear in a
+// type's ancestry, which lists canonical names only.
+constexpr std::array<std::string_view, 20> kArchiveTypes = {
     "application/zip",
     "application/x-tar",
     "application/gzip",
+    "application/x-bzip",
+    "application/x-bzip-compressed-tar",
     "application/x-bzip2",
     "application/x-xz",
     "application/x-7z-compressed",

@@ -3,6 +3,7 @@
 #include "core/path_text.h"
 
 #include <cstdint>
+#include <cstring>
 
 namespace lumenscribe {
 
@@ -38,6 +39,24 @@ std::size_t wellFormedLength(std::string_view bytes) {
 }
 
 }  // namespace
+
+bool isWellFormedUtf8(std::string_view bytes) {
+  while (!bytes.empty()) {
+    // Most text is ASCII: eight bytes at a time while it is.
+    if (bytes.size() >= 8) {
+      std::uint64_t word;
+      std::memcpy(&word, bytes.data(), sizeof word);
+      if ((word & 0x8080808080808080ULL) == 0) {
+        bytes.remove_prefix(8);
+        continue;
+      }
+    }
+    const std::size_t length = wellFormedLength(bytes);
+    if (length == 0) return false;
+    bytes.remove_prefix(length);
+  }
+  return true;
+}
 
 std::string validUtf8(std::string_view bytes) {
   std::string text;

@@ -131,6 +131,12 @@ bool riffSizeBeyondFile(std::span<const std::byte> head, std::int64_t fileSize) 
   return declared + 8 > fileSize;
 }
 
+// The loader met a feature it lacks (old-style JPEG in TIFF, an exotic subsampling): that
+// says nothing about damage.
+bool saysUnsupported(std::string_view messages) {
+  return contains(messages, "not supported") || contains(messages, "unsupported");
+}
+
 struct DecodePass {
   bool headerLoaded = false;
   bool hasImage = false;
@@ -245,6 +251,7 @@ ImageDecodeStatus decodeImageStatus(const ItemBytes& item) {
 
   const DecodePass strict = decode(loader, source.get(), VIPS_FAIL_ON_WARNING);
   if (!strict.headerLoaded) {
+    if (saysUnsupported(strict.messages)) return ImageDecodeStatus::unsupported;
     return headerSaysDataEnded(strict.messages) || riffSizeBeyondFile(*head, item.size)
                ? ImageDecodeStatus::headerTruncated
                : ImageDecodeStatus::headerInvalid;
@@ -255,7 +262,10 @@ ImageDecodeStatus decodeImageStatus(const ItemBytes& item) {
   // A fresh source: the strict pass may have left this one anywhere.
   const SourcePtr again = vipsSourceFor(item);
   const DecodePass lenient = again ? decode(loader, again.get(), VIPS_FAIL_ON_NONE) : DecodePass{};
-  if (!lenient.decoded) return ImageDecodeStatus::decodeFailed;
+  if (!lenient.decoded) {
+    return saysUnsupported(strict.messages + lenient.messages) ? ImageDecodeStatus::unsupported
+                                                               : ImageDecodeStatus::decodeFailed;
+  }
   return decodeSaysDataEnded(strict.messages + lenient.messages) ? ImageDecodeStatus::incomplete
                                                                  : ImageDecodeStatus::invalidData;
 }

@@ -9,8 +9,6 @@ extern "C" {
 #include <libavutil/pixdesc.h>
 }
 
-#include <glib.h>
-
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -19,6 +17,7 @@ extern "C" {
 #include <string_view>
 #include <variant>
 
+#include "core/path_text.h"
 #include "decoder/avio_source.h"
 
 namespace lumenscribe::decoder {
@@ -61,8 +60,7 @@ struct CodecContextFree {
 // is cut where a character ends.
 std::string validText(const char* text, std::size_t maxSize) {
   if (text == nullptr) return {};
-  const std::unique_ptr<gchar, decltype(&g_free)> valid(g_utf8_make_valid(text, -1), g_free);
-  std::string result(valid.get());
+  std::string result = validUtf8(text);
   if (result.size() > maxSize) {
     std::size_t end = maxSize;
     while (end > 0 && (static_cast<unsigned char>(result[end]) & 0xC0) == 0x80) --end;

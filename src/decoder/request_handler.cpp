@@ -9,16 +9,20 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <exception>
 #include <string_view>
 
+#include "decoder/compressed_stream.h"
 #include "decoder/exif_properties.h"
 #include "decoder/ffmpeg_log.h"
 #include "decoder/image_properties.h"
 #include "decoder/image_status.h"
 #include "decoder/item_bytes.h"
+#include "decoder/media_demux.h"
 #include "decoder/media_description.h"
 #include "decoder/pdf_document.h"
+#include "decoder/pdf_structure.h"
 #include "decoder/picture_preview.h"
 
 namespace lumenscribe::decoder {
@@ -76,6 +80,11 @@ Reply ok(const auto& value) {
   return {ReplyStatus::ok, std::move(out).data()};
 }
 
+// When a whole-file check must answer with what it has, as the engine asked.
+std::chrono::steady_clock::time_point deadlineOf(const CheckBudget& budget) {
+  return std::chrono::steady_clock::now() + std::chrono::milliseconds(budget.milliseconds);
+}
+
 Reply serve(RequestKind kind, Reader& in, const ItemBytes& item) {
   const Reply bad{ReplyStatus::badRequest, {}};
 #ifdef LUMENSCRIBE_DECODER_TEST_HOOKS
@@ -98,6 +107,22 @@ Reply serve(RequestKind kind, Reader& in, const ItemBytes& item) {
     case RequestKind::imageProperties:
       if (!in.finished() || item.fd < 0) return bad;
       return ok(readImageProperties(item));
+    case RequestKind::pdfStructure: {
+      const auto budget = readCheckBudget(in);
+      if (!budget || !in.finished() || item.fd < 0) return bad;
+      return ok(checkPdfStructure(item, deadlineOf(*budget)));
+    }
+    case RequestKind::compressedStream: {
+      const auto budget = readCheckBudget(in);
+      const auto format = readCompressedFormat(in);
+      if (!budget || !format || !in.finished() || item.fd < 0) return bad;
+      return ok(testCompressedStream(item, *format, deadlineOf(*budget)));
+    }
+    case RequestKind::mediaPackets: {
+      const auto budget = readCheckBudget(in);
+      if (!budget || !in.finished() || item.fd < 0) return bad;
+      return ok(demuxEveryPacket(item, deadlineOf(*budget)));
+    }
     case RequestKind::mediaDescription:
       if (!in.finished() || item.fd < 0) return bad;
       return ok(describeMedia(item));

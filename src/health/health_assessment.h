@@ -2,48 +2,63 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <filesystem>
+#include <optional>
 #include <string>
+#include <utility>
 
 #include "core/accumulators.h"
+#include "health/structure_checks.h"
+#include "identity/content_signature.h"
 #include "platform/decoder_client.h"
 #include "platform/opened_item.h"
 
 namespace lumenscribe {
 
-/// The outcome of one structural check. `isProblem` (damage found) and `isLimited` (health
-/// could not be confirmed, no damage found) are never both true.
-struct StructureCheckResult {
-  std::string status;  // the value of the check's row, e.g. "Complete"
-  std::string detail;  // one sentence
-  bool isProblem = false;
-  bool isLimited = false;
+/// The structural checks, one of which judges a regular file.
+enum class StructureCheckKind { image, pdf, zip, compressedStream, media, basicRead };
 
-  friend bool operator==(const StructureCheckResult&, const StructureCheckResult&) = default;
+/// The check a file gets, and what it needs to know.
+struct StructureCheckChoice {
+  StructureCheckKind kind = StructureCheckKind::basicRead;
+  /// For the image check: the image type the file is taken for.
+  std::optional<ContentType> imageType;
+  /// For the decompression test.
+  platform::decoder::CompressedFormat format = platform::decoder::CompressedFormat::gzip;
 };
 
-/// The "File Health" section of a regular file: one structural check chosen by the kind of
-/// file (an image decode, a PDF open, a ZIP test run, or else a first/last byte read),
-/// turned into one of the verdicts "Empty file", "Unreadable", "Looks intact",
-/// "Verification limited", "Possible damage" or "Possible read problem". Adds the section,
-/// "File Health Assessment" and "File Health Detail", the summary item, and a finding for
-/// every verdict but "Looks intact". Images and PDFs are decoded by `decoder`, in its worker;
-/// a decoder that stops on the file limits the verdict. Blocks while unzip runs; never fails.
-void assessFileHealth(const platform::OpenedItem& item, platform::DecoderClient& decoder,
-                      Accumulators& accumulators);
+/// The check follows the content when its signature names a format (a PDF named .jpg gets
+/// the PDF check, every ZIP-based format the ZIP test, a gzip named .txt the decompression
+/// test), and the name only when the content is unknown or merely text.
+StructureCheckChoice chooseStructureCheck(const platform::OpenedItem& item,
+                                          const std::optional<ContentSignature>& signature);
 
-/// Decodes image 0 and says how complete it is.
-StructureCheckResult checkImageStructure(const platform::OpenedItem& item,
+/// The check a file got: its row label and outcome; nothing for an empty or unreadable
+/// file, which gets none.
+using StructureCheckOutcome = std::optional<std::pair<std::string, StructureCheckResult>>;
+
+/// Runs the check chosen for the item. Blocks while a decoder or unzip works; never fails.
+/// The driver runs it beside the fingerprint.
+StructureCheckOutcome checkFileStructure(const platform::OpenedItem& item,
+                                         const std::optional<ContentSignature>& signature,
                                          platform::DecoderClient& decoder);
 
-/// Runs `unzipTool -tqq` (extracting nothing) on the opened item, handed to it as an
-/// inherited descriptor, and reads its verdict; a tool that cannot be started gives "Could
-/// not test".
-StructureCheckResult testZipIntegrity(const platform::OpenedItem& item,
-                                      const std::filesystem::path& unzipTool = "/usr/bin/unzip");
+/// The "File Health" section of a regular file: the check chosen for it (an image decode,
+/// a PDF structure check, a ZIP test run, a decompression test, a demux of every media
+/// packet, or else a first/last byte read), turned into one of the verdicts "Empty file",
+/// "Unreadable", "Looks intact", "Verification limited", "Possible damage" or "Possible read
+/// problem". Adds the section, "File Health Assessment" and "File Health Detail", the
+/// summary item, and a finding for every verdict but "Looks intact". Format libraries run in
+/// `decoder`'s worker; a worker that stops on the file limits the verdict. Never fails.
+void assessFileHealth(const platform::OpenedItem& item, const StructureCheckOutcome& check,
+                      Accumulators& accumulators);
 
-/// True only when the first byte and the last byte of the item as opened can both be read;
-/// false for an empty or unreadable item.
-bool basicReadTest(const platform::OpenedItem& item);
+/// The same, running the check now.
+void assessFileHealth(const platform::OpenedItem& item,
+                      const std::optional<ContentSignature>& signature,
+                      platform::DecoderClient& decoder, Accumulators& accumulators);
+
+/// The same, detecting the item's content first.
+void assessFileHealth(const platform::OpenedItem& item, platform::DecoderClient& decoder,
+                      Accumulators& accumulators);
 
 }  // namespace lumenscribe

@@ -12,8 +12,9 @@ namespace lumenscribe {
 namespace {
 
 // The rows that carry a check's outcome; the first of them in the section is used.
-constexpr std::array<std::string_view, 5> kStructureLabels = {
-    "Image Structure", "PDF Structure", "ZIP Structure", "Basic Read Test", "Structure"};
+constexpr std::array<std::string_view, 7> kStructureLabels = {
+    "Image Structure", "PDF Structure",   "ZIP Structure", "Compressed Stream",
+    "Media Structure", "Basic Read Test", "Structure"};
 
 const InsightRow* findRow(const InsightSection& section, std::string_view label) {
   const auto row =

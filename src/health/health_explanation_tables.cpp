@@ -19,24 +19,25 @@ struct ExplanationText {
 // clang-format off
 constexpr std::array kExplanations = {
     ExplanationText{ExplanationId::imageDecodeFailed,
-        "The file has enough JPEG/PNG-style structure to identify itself as an image, but ImageIO "
-        "could not turn the encoded image data into pixels. That usually means the file is "
+        "The file has enough JPEG/PNG-style structure to identify itself as an image, but the "
+        "image decoder could not turn the encoded image data into pixels. That usually means the file is "
         "incomplete, truncated, or damaged.",
         {"The filename/type identification is believable.",
          "The file itself is readable from disk.",
-         "The failure occurs when Lumenscribe asks macOS to decode the actual image data."},
-        {"Try opening the original in Preview or the camera manufacturer's software.",
+         "The failure occurs when Lumenscribe asks the image decoder to decode the actual image "
+         "data."},
+        {"Try opening the original in an image viewer or the camera manufacturer's software.",
          "Re-copy the file from the original card, drive, or source if one exists.",
          "Do not treat renaming the extension as a repair."}},
     ExplanationText{ExplanationId::imageTruncated,
-        "The image structure ends before ImageIO expected it to. The file may have been "
-        "interrupted while copying, downloading, or saving.",
+        "The image structure ends before the image decoder expected it to. The file may have "
+        "been interrupted while copying, downloading, or saving.",
         {"Lumenscribe can identify the image format.",
          "The image data does not appear structurally complete."},
         {"Re-copy or re-download the original.",
          "Compare the damaged file with another copy using Lumenscribe Compare."}},
     ExplanationText{ExplanationId::imageInvalidData,
-        "ImageIO found data that does not conform to the image structure it expected.",
+        "The image decoder found data that does not conform to the image structure it expected.",
         {"The file is readable.",
          "The encoded image payload contains invalid structure."},
         {"Locate another copy of the image if possible.",
@@ -49,7 +50,7 @@ constexpr std::array kExplanations = {
         {"Open the PDF with the proper password if you are authorized to do so.",
          "Inspect the unlocked copy again if you need deeper verification."}},
     ExplanationText{ExplanationId::pdfUnusable,
-        "The file claims to be a PDF, but PDFKit could not build a usable document/page "
+        "The file claims to be a PDF, but the PDF reader could not build a usable document/page "
         "structure from it.",
         {"The file can be read from disk.",
          "The PDF structure is not usable enough for normal inspection."},
@@ -80,7 +81,7 @@ constexpr std::array kExplanations = {
         "Lumenscribe cannot reliably read the file from disk. Permissions, storage problems, or "
         "an incomplete file operation may be involved.",
         {"The problem occurs before meaningful content inspection can finish."},
-        {"Check Finder permissions and the storage device.",
+        {"Check the file's permissions in your file manager and the storage device.",
          "Try copying the file to a local writable folder and inspect that copy."}},
     ExplanationText{ExplanationId::uncertain,
         "Lumenscribe found enough uncertainty that it does not want to call the file healthy "

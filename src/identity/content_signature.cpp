@@ -6,8 +6,6 @@
 #include <array>
 #include <cstdint>
 
-#include "platform/file_descriptor.h"
-
 namespace lumenscribe {
 
 namespace {
@@ -18,50 +16,101 @@ struct MagicTest {
   std::string_view magic;  // bytes that must open the file
   std::string_view typeName;
   std::string_view category;
+  std::string_view mimeType;
 };
 
 using namespace std::string_view_literals;
 
 // Tried in this order; the first match decides, so a ZIP-packaged office document is a
-// ZIP archive. RIFF and ISO media come after these and before "ID3".
+// ZIP archive. RIFF and ISO media come after these and before "ID3". Mach-O is here because
+// the MIME database has no rule for it.
 constexpr std::array kLeadingMagic = {
-    MagicTest{"\x89PNG\r\n\x1a\n"sv, "PNG image", "image"},
-    MagicTest{"\xFF\xD8\xFF"sv, "JPEG image", "image"},
-    MagicTest{"%PDF-"sv, "PDF document", "pdf"},
-    MagicTest{"PK\x03\x04"sv, "ZIP archive", "archive"},
-    MagicTest{"PK\x05\x06"sv, "ZIP archive", "archive"},
-    MagicTest{"PK\x07\x08"sv, "ZIP archive", "archive"},
-    MagicTest{"GIF87a"sv, "GIF image", "image"},
-    MagicTest{"GIF89a"sv, "GIF image", "image"},
-    MagicTest{"II*\0"sv, "TIFF image", "image"},
-    MagicTest{"MM\0*"sv, "TIFF image", "image"},
+    MagicTest{"\x89PNG\r\n\x1a\n"sv, "PNG image", "image", "image/png"},
+    MagicTest{"\xFF\xD8\xFF"sv, "JPEG image", "image", "image/jpeg"},
+    MagicTest{"%PDF-"sv, "PDF document", "pdf", "application/pdf"},
+    MagicTest{"PK\x03\x04"sv, "ZIP archive", "archive", "application/zip"},
+    MagicTest{"PK\x05\x06"sv, "ZIP archive", "archive", "application/zip"},
+    MagicTest{"PK\x07\x08"sv, "ZIP archive", "archive", "application/zip"},
+    MagicTest{"GIF87a"sv, "GIF image", "image", "image/gif"},
+    MagicTest{"GIF89a"sv, "GIF image", "image", "image/gif"},
+    MagicTest{"II*\0"sv, "TIFF image", "image", "image/tiff"},
+    MagicTest{"MM\0*"sv, "TIFF image", "image", "image/tiff"},
+    MagicTest{"\xFE\xED\xFA\xCE"sv, "Mach-O program", "executable", ""},
+    MagicTest{"\xFE\xED\xFA\xCF"sv, "Mach-O program", "executable", ""},
+    MagicTest{"\xCE\xFA\xED\xFE"sv, "Mach-O program", "executable", ""},
+    MagicTest{"\xCF\xFA\xED\xFE"sv, "Mach-O program", "executable", ""},
 };
 
 struct FourCcTest {
   std::string_view code;
   std::string_view typeName;
   std::string_view category;
+  std::string_view mimeType;
 };
 
 constexpr std::array kRiffForms = {
-    FourCcTest{"WAVE", "WAV audio", "audio"},
-    FourCcTest{"AVI ", "AVI video", "video"},
-    FourCcTest{"WEBP", "WebP image", "image"},
+    FourCcTest{"WAVE", "WAV audio", "audio", "audio/x-wav"},
+    FourCcTest{"AVI ", "AVI video", "video", "video/x-msvideo"},
+    FourCcTest{"WEBP", "WebP image", "image", "image/webp"},
 };
 
+// ISO base media brands that name what the file holds. The HEIF brands are still images
+// (iPhone photos); the generic structural brands mif1 and msf1 say only "HEIF", so their
+// compatible brands tell AVIF from HEVC.
 constexpr std::array kIsoMediaBrands = {
-    FourCcTest{"M4A ", "M4A / MPEG-4 audio", "audio"},
-    FourCcTest{"M4B ", "M4A / MPEG-4 audio", "audio"},
-    FourCcTest{"M4P ", "M4A / MPEG-4 audio", "audio"},
-    FourCcTest{"M4V ", "M4V / MPEG-4 video", "video"},
+    FourCcTest{"M4A ", "M4A / MPEG-4 audio", "audio", "audio/mp4"},
+    FourCcTest{"M4B ", "M4A / MPEG-4 audio", "audio", "audio/mp4"},
+    FourCcTest{"M4P ", "M4A / MPEG-4 audio", "audio", "audio/mp4"},
+    FourCcTest{"M4V ", "M4V / MPEG-4 video", "video", "video/mp4"},
+    FourCcTest{"heic", "HEIF image", "image", "image/heif"},
+    FourCcTest{"heix", "HEIF image", "image", "image/heif"},
+    FourCcTest{"heim", "HEIF image", "image", "image/heif"},
+    FourCcTest{"heis", "HEIF image", "image", "image/heif"},
+    FourCcTest{"hevc", "HEIF image", "image", "image/heif"},
+    FourCcTest{"hevx", "HEIF image", "image", "image/heif"},
+    FourCcTest{"hevm", "HEIF image", "image", "image/heif"},
+    FourCcTest{"hevs", "HEIF image", "image", "image/heif"},
+    FourCcTest{"avif", "AVIF image", "image", "image/avif"},
+    FourCcTest{"avis", "AVIF image", "image", "image/avif"},
 };
+constexpr std::array<std::string_view, 2> kGenericHeifBrands = {"mif1", "msf1"};
+// An ftyp box larger than this is not one any encoder writes.
+constexpr std::size_t kMaxFtypSize = 4096;
 
 std::string_view asText(std::span<const std::byte> bytes) {
   return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
-ContentSignature signature(std::string_view typeName, std::string_view category) {
-  return {std::string(typeName), std::string(category)};
+template <class Test>
+ContentSignature signature(const Test& test) {
+  return {std::string(test.typeName), std::string(test.category), std::string(test.mimeType)};
+}
+
+template <class Table>
+const auto* find(const Table& table, std::string_view code) {
+  const auto found =
+      std::find_if(table.begin(), table.end(), [&](const auto& test) { return test.code == code; });
+  return found == table.end() ? nullptr : &*found;
+}
+
+std::uint32_t bigEndian32(std::string_view bytes) {
+  std::uint32_t value = 0;
+  for (char c : bytes.substr(0, 4)) value = value << 8 | static_cast<unsigned char>(c);
+  return value;
+}
+
+// The brands an ftyp box lists after its major brand and version, within the head.
+std::optional<ContentSignature> fromCompatibleBrands(std::string_view head) {
+  const std::size_t boxSize = std::min<std::size_t>({bigEndian32(head), head.size(), kMaxFtypSize});
+  std::optional<ContentSignature> found;
+  for (std::size_t at = 16; at + 4 <= boxSize; at += 4) {
+    const auto* brand = find(kIsoMediaBrands, head.substr(at, 4));
+    if (brand == nullptr || brand->category != "image") continue;
+    // AVIF files list mif1 and an HEVC brand is rare beside avif: avif wins.
+    if (brand->mimeType == "image/avif") return signature(*brand);
+    if (!found) found = signature(*brand);
+  }
+  return found;
 }
 
 // A four-character code compared byte for byte: a byte above 0x7F can never equal the
@@ -69,16 +118,17 @@ ContentSignature signature(std::string_view typeName, std::string_view category)
 std::optional<ContentSignature> riffOrIsoMedia(std::string_view head) {
   const std::string_view form = head.substr(8, 4);
   if (head.substr(0, 4) == "RIFF") {
-    for (const auto& test : kRiffForms) {
-      if (form == test.code) return signature(test.typeName, test.category);
-    }
+    if (const auto* riff = find(kRiffForms, form)) return signature(*riff);
   }
   if (head.substr(4, 4) != "ftyp") return std::nullopt;
-  for (const auto& test : kIsoMediaBrands) {
-    if (form == test.code) return signature(test.typeName, test.category);
+  if (const auto* brand = find(kIsoMediaBrands, form)) return signature(*brand);
+  if (std::find(kGenericHeifBrands.begin(), kGenericHeifBrands.end(), form) !=
+      kGenericHeifBrands.end()) {
+    if (auto image = fromCompatibleBrands(head)) return image;
+    return ContentSignature{"HEIF image", "image", "image/heif"};
   }
-  // Every other brand, the QuickTime one included, even for a file holding only audio.
-  return signature("MP4 / QuickTime media", "video");
+  // Every other brand, the QuickTime one included: MPEG-4 media that may hold only sound.
+  return ContentSignature{"MP4 / QuickTime media", "video", "", true};
 }
 
 bool looksLikePlainText(std::string_view head) {
@@ -89,6 +139,27 @@ bool looksLikePlainText(std::string_view head) {
   return static_cast<double>(printable) / static_cast<double>(head.size()) > 0.95;
 }
 
+// The families the MIME database gives no common parent. Scripts are filed under
+// application/x-executable by the database itself.
+constexpr std::array<std::string_view, 8> kProgramTypes = {
+    "application/x-executable",     "application/x-sharedlib",
+    "application/x-pie-executable", "application/x-ms-dos-executable",
+    "application/x-msdownload",     "application/vnd.microsoft.portable-executable",
+    "application/x-mach-binary",    "application/x-dosexec",
+};
+
+constexpr std::array<std::string_view, 12> kCompressedStreamTypes = {
+    "application/gzip",  "application/x-bzip", "application/x-bzip2",    "application/x-xz",
+    "application/zstd",  "application/x-zstd", "application/x-lzma",     "application/x-lzip",
+    "application/x-lz4", "application/x-lzop", "application/x-compress", "application/x-brotli",
+};
+
+template <std::size_t N>
+bool conformsToAny(const ContentType& type, const std::array<std::string_view, N>& names) {
+  return std::any_of(names.begin(), names.end(),
+                     [&](std::string_view name) { return type.conformsTo(name); });
+}
+
 }  // namespace
 
 std::optional<ContentSignature> contentSignatureOf(std::span<const std::byte> bytes) {
@@ -96,24 +167,16 @@ std::optional<ContentSignature> contentSignatureOf(std::span<const std::byte> by
   if (head.empty()) return std::nullopt;
 
   for (const auto& test : kLeadingMagic) {
-    if (head.starts_with(test.magic)) return signature(test.typeName, test.category);
+    if (head.starts_with(test.magic)) return signature(test);
   }
   // Too short for a RIFF form or an ISO brand: even a "RIFF" head goes on to the rest.
   if (head.size() >= 12) {
     if (auto media = riffOrIsoMedia(head)) return media;
   }
-  if (head.starts_with("ID3")) return signature("MP3 audio", "audio");
-  if (looksLikePlainText(head)) return signature("Plain text", "text");
+  // An ID3 tag leads MP3 audio most often, but FLAC and others may carry one too.
+  if (head.starts_with("ID3")) return ContentSignature{"MP3 audio", "audio", ""};
+  if (looksLikePlainText(head)) return ContentSignature{"Plain text", "text", "text/plain"};
   return std::nullopt;
-}
-
-std::optional<ContentSignature> detectContentSignature(const std::filesystem::path& url) {
-  const platform::UniqueFd fd = platform::openForReading(url);
-  if (!fd) return std::nullopt;
-  std::array<std::byte, kHeadSize> head{};
-  const auto count = platform::readFully(fd.get(), head);
-  if (!count || *count == 0) return std::nullopt;
-  return contentSignatureOf(std::span(head).first(*count));
 }
 
 bool contentTypeMatchesCategory(const ContentType& type, std::string_view category) {
@@ -126,7 +189,15 @@ bool contentTypeMatchesCategory(const ContentType& type, std::string_view catego
            type.conformsTo(AbstractType::audiovisualContent);
   }
   if (category == "text") return type.conformsTo(AbstractType::text);
+  if (category == "executable") return isProgramType(type);
+  if (category == "compressed") return isCompressedStreamType(type);
   return false;
+}
+
+bool isProgramType(const ContentType& type) { return conformsToAny(type, kProgramTypes); }
+
+bool isCompressedStreamType(const ContentType& type) {
+  return conformsToAny(type, kCompressedStreamTypes);
 }
 
 }  // namespace lumenscribe

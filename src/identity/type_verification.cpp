@@ -2,53 +2,81 @@
 // SPDX-License-Identifier: MIT
 #include "identity/type_verification.h"
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
 #include "core/path_text.h"
-#include "identity/content_signature.h"
-#include "platform/mime_database.h"
+#include "identity/content_detection.h"
+#include "identity/type_match.h"
 #include "platform/unicode_text.h"
 
 namespace lumenscribe {
 
 namespace {
 
-// The extension claims a type that the content contradicts, and the desktop's own type
-// for the file does not vouch for the content either.
-bool isMismatch(const std::optional<ContentSignature>& signature,
-                const std::optional<ContentType>& extensionType,
+// The name claims a type that the content contradicts, and the desktop's own type for the
+// file does not vouch for the content either.
+bool isMismatch(const std::optional<ContentSignature>& signature, const NameClaim& claim,
                 const std::optional<ContentType>& platformType) {
-  if (!signature || !extensionType) return false;
-  if (contentTypeMatchesCategory(*extensionType, signature->category)) return false;
-  return !platformType || !contentTypeMatchesCategory(*platformType, signature->category);
+  if (!signature || claim.types.empty()) return false;
+  if (contentFitsName(*signature, claim)) return false;
+  return !platformType || !contentFitsType(*signature, *platformType);
+}
+
+// The type shown for the name: the one of its types that the content fits, else the one a
+// file manager would show.
+std::optional<ContentType> suggestedType(const std::optional<ContentSignature>& signature,
+                                         const NameClaim& claim) {
+  if (signature) {
+    const auto fitting =
+        std::find_if(claim.types.begin(), claim.types.end(),
+                     [&](const ContentType& type) { return contentFitsType(*signature, type); });
+    if (fitting != claim.types.end()) return *fitting;
+  }
+  if (claim.primary) return claim.primary;
+  if (!claim.types.empty()) return claim.types.front();
+  return std::nullopt;
+}
+
+std::string mismatchDetail(const ContentSignature& signature) {
+  if (signature.category == "executable") {
+    return "The filename extension suggests one kind of file, but the content is a program (" +
+           signature.typeName +
+           "). Opening it may run it: do not open it until you know why it was renamed or "
+           "mislabeled.";
+  }
+  return "The filename extension suggests one kind of file, but Lumenscribe detected content "
+         "consistent with another type. Treat the file cautiously until you know why it was "
+         "renamed or mislabeled.";
 }
 
 }  // namespace
 
-void verifyFileType(const platform::OpenedItem& item, Accumulators& accumulators) {
-  verifyFileType(item.url(), item.head(), item.contentType(), accumulators);
+bool verifyFileType(const platform::OpenedItem& item, Accumulators& accumulators) {
+  return verifyFileType(item, detectContentSignature(item), accumulators);
 }
 
-void verifyFileType(const std::filesystem::path& url, std::span<const std::byte> head,
+bool verifyFileType(const platform::OpenedItem& item,
+                    const std::optional<ContentSignature>& signature, Accumulators& accumulators) {
+  return verifyFileType(item.url(), signature, item.contentType(), accumulators);
+}
+
+bool verifyFileType(const std::filesystem::path& url,
+                    const std::optional<ContentSignature>& signature,
                     const std::optional<ContentType>& platformType, Accumulators& accumulators) {
   // The extension shown and stored is valid UTF-8, so that a name with stray bytes can
   // still be printed and written to JSON.
   const std::string extension = platform::lowerCased(validUtf8(pathExtension(url)));
-  std::optional<ContentType> extensionType;
-  if (!extension.empty()) {
-    extensionType = platform::contentTypeForExtension(extension);
-    // An extension the database knows only as a directory type claims no data type.
-    if (extensionType && !extensionType->conformsTo(AbstractType::data)) extensionType.reset();
-  }
-  const std::optional<ContentSignature> signature = contentSignatureOf(head);
-  const bool mismatch = isMismatch(signature, extensionType, platformType);
+  const NameClaim claim = extension.empty() ? NameClaim{} : claimOfName(lastPathComponent(url));
+  const std::optional<ContentType> extensionType = suggestedType(signature, claim);
+  const bool mismatch = isMismatch(signature, claim, platformType);
   const std::string result = mismatch ? "Mismatch detected" : "No obvious mismatch";
 
   std::vector<InsightRow> rows;
   rows.emplace_back("Filename Extension", extension.empty() ? "None" : "." + extension);
   if (extensionType) rows.emplace_back("Extension Suggests", extensionType->describe());
-  if (platformType) rows.emplace_back("macOS Type", platformType->describe());
+  if (platformType) rows.emplace_back("MIME Type", platformType->describe());
   rows.emplace_back("Content Signature",
                     signature ? signature->typeName : "No known signature detected");
   rows.emplace_back("Type Match", result);
@@ -66,12 +94,8 @@ void verifyFileType(const std::filesystem::path& url, std::span<const std::byte>
   accumulators.setRaw("Type Verification Result", result);
 
   if (mismatch) {
-    accumulators.findings.emplace_back(
-        "File type does not match its name",
-        "The filename extension suggests one kind of file, but Lumenscribe detected content "
-        "consistent with another type. Treat the file cautiously until you know why it was "
-        "renamed or mislabeled.",
-        PrivacyLevel::sensitive);
+    accumulators.findings.emplace_back("File type does not match its name",
+                                       mismatchDetail(*signature), PrivacyLevel::sensitive);
   } else if (extension.empty() && signature) {
     accumulators.findings.emplace_back(
         "File has no extension",
@@ -79,6 +103,7 @@ void verifyFileType(const std::filesystem::path& url, std::span<const std::byte>
             signature->typeName + ".",
         PrivacyLevel::neutral);
   }
+  return mismatch;
 }
 
 }  // namespace lumenscribe

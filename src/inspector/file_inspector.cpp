@@ -3,16 +3,21 @@
 #include "lumenscribe/file_inspector.h"
 
 #include <future>
+#include <iterator>
+#include <system_error>
 
 #include "analyzers/audio_analysis.h"
+#include "analyzers/folder_inventory.h"
 #include "analyzers/image_pass.h"
 #include "analyzers/media_tags.h"
 #include "analyzers/system_metadata.h"
 #include "analyzers/video_analysis.h"
+#include "analyzers/zip_inventory.h"
 #include "core/accumulators.h"
 #include "core/path_text.h"
 #include "health/health_assessment.h"
 #include "identity/basic_facts.h"
+#include "identity/content_detection.h"
 #include "identity/identity_integrity.h"
 #include "identity/type_verification.h"
 #include "platform/decoder_client.h"
@@ -24,11 +29,35 @@ namespace lumenscribe {
 
 namespace {
 
-// One short description of what the item is, for the result's heading.
-std::string typeDescriptionOf(const std::filesystem::path& url, const ItemFacts& facts) {
+// One short description of what the item is, for the result's heading: what its content
+// proves when that contradicts its name.
+std::string typeDescriptionOf(const std::filesystem::path& url, const ItemFacts& facts,
+                              const std::optional<ContentSignature>& renamedContent) {
   if (facts.isDirectory) return facts.isPackage ? "macOS Package" : "Folder";
+  if (renamedContent) return renamedContent->typeName;
   if (facts.contentType) return facts.contentType->describe();
   return platform::upperCased(validUtf8(pathExtension(url)));
+}
+
+// Runs `work` on a thread of its own when one can be had, else at once.
+template <class Work>
+std::future<void> beside(Work work) {
+  try {
+    return std::async(std::launch::async, std::move(work));
+  } catch (const std::system_error&) {
+    work();
+    std::promise<void> done;
+    done.set_value();
+    return done.get_future();
+  }
+}
+
+void appendAll(Accumulators& into, Accumulators&& from) {
+  std::move(from.sections.begin(), from.sections.end(), std::back_inserter(into.sections));
+  for (auto& [key, value] : from.rawMetadata) into.setRaw(key, std::move(value));
+  std::move(from.summaryItems.begin(), from.summaryItems.end(),
+            std::back_inserter(into.summaryItems));
+  std::move(from.findings.begin(), from.findings.end(), std::back_inserter(into.findings));
 }
 
 }  // namespace
@@ -45,7 +74,8 @@ Expected<LumenscribeResult> FileInspector::inspect(const std::filesystem::path& 
   return inspect(*item);
 }
 
-LumenscribeResult FileInspector::inspect(const platform::OpenedItem& item) const {
+LumenscribeResult FileInspector::inspect(const platform::OpenedItem& item,
+                                         const InspectionControl& control) const {
   const std::filesystem::path& url = item.url();
   const ItemFacts& facts = item.facts();
   const std::string displayName = facts.name ? *facts.name : validUtf8(lastPathComponent(url));
@@ -63,13 +93,26 @@ LumenscribeResult FileInspector::inspect(const platform::OpenedItem& item) const
                                      facts.isDirectory ? "folder.fill" : "doc.fill",
                                      basicFileFacts(url, facts));
 
+  std::optional<ContentSignature> renamedContent;
   if (facts.isRegularFile) {
-    addIdentityAndIntegrity(item, accumulators);
-    verifyFileType(item, accumulators);
-    assessFileHealth(item, *decoder_, accumulators);
+    const std::optional<ContentSignature> signature = detectContentSignature(item);
+    // The fingerprint and the structural check (a decode, a demux, a test run) each read
+    // the whole file: they run at once, and their sections still come in step order.
+    Accumulators identity;
+    const auto fingerprint = beside([&] { addIdentityAndIntegrity(item, identity); });
+    const StructureCheckOutcome structure = checkFileStructure(item, signature, *decoder_);
+    fingerprint.wait();
+    appendAll(accumulators, std::move(identity));
+    if (verifyFileType(item, signature, accumulators)) renamedContent = signature;
+    assessFileHealth(item, structure, accumulators);
   }
 
-  // Then: the folder or ZIP inventory.
+  // Only the extension decides: a ZIP archive under another name gets no listing.
+  if (facts.isDirectory) {
+    inventoryFolder(item, accumulators, control);
+  } else if (asciiLower(pathExtension(url)) == "zip") {
+    inventoryZipArchive(item, accumulators, control);
+  }
 
   analyzeSystemMetadata(item, accumulators);
 
@@ -92,7 +135,7 @@ LumenscribeResult FileInspector::inspect(const platform::OpenedItem& item) const
 
   completeFindingsAndSummary(accumulators);
   const std::int64_t count = detailCount(accumulators.sections);
-  return LumenscribeResult(url, displayName, typeDescriptionOf(url, facts), count,
+  return LumenscribeResult(url, displayName, typeDescriptionOf(url, facts, renamedContent), count,
                            std::move(accumulators.summaryItems), std::move(accumulators.sections),
                            std::move(accumulators.findings), std::move(accumulators.rawMetadata));
 }

@@ -8,8 +8,12 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <memory>
+#include <thread>
+#include <vector>
 
 #include "platform/file_descriptor.h"
 
@@ -35,26 +39,35 @@ struct SpawnAttributes {
   }
 };
 
-// Reads the pipe to its end, keeping at most `cap` bytes.
-void drain(int fd, std::size_t cap, ChildResult& result) {
-  char buffer[65536];
+// Reads the pipe to its end, handing every piece to `sink`. With `batching`, each time the
+// pipe has been emptied it waits that long before looking again: a child that writes line by
+// line (unzip -l makes three writes per entry) then fills the pipe for one wake-up instead of
+// waking us for every write, which costs it more than the writing. False when a stop
+// request ended it first.
+bool drain(int fd, const std::function<void(std::string_view)>& sink, const std::stop_token& stop,
+           std::chrono::milliseconds batching = {}) {
+  std::vector<char> buffer(batching.count() > 0 ? 256 * 1024 : 64 * 1024);
   pollfd watched{fd, POLLIN, 0};
+  // Without a way to be stopped there is no reason to wake up before the child writes.
+  const int timeout = stop.stop_possible() ? 100 : -1;
   for (;;) {
-    const int ready = ::poll(&watched, 1, -1);
+    if (stop.stop_requested()) return false;
+    const int ready = ::poll(&watched, 1, timeout);
+    if (ready == 0) continue;
     if (ready < 0) {
       if (errno == EINTR) continue;
-      return;
+      return true;
     }
-    const ssize_t count = ::read(fd, buffer, sizeof buffer);
+    const ssize_t count = ::read(fd, buffer.data(), buffer.size());
     if (count < 0) {
       if (errno == EINTR || errno == EAGAIN) continue;
-      return;
+      return true;
     }
-    if (count == 0) return;  // every writer has closed its end: the child is done writing
-    const std::size_t room = cap - std::min(cap, result.output.size());
-    const std::size_t kept = std::min(room, static_cast<std::size_t>(count));
-    result.output.append(buffer, kept);
-    if (kept < static_cast<std::size_t>(count)) result.outputTruncated = true;
+    if (count == 0) return true;  // every writer has closed its end: the child is done writing
+    sink(std::string_view(buffer.data(), static_cast<std::size_t>(count)));
+    if (batching.count() > 0 && static_cast<std::size_t>(count) < buffer.size()) {
+      std::this_thread::sleep_for(batching);
+    }
   }
 }
 
@@ -143,35 +156,79 @@ std::optional<ChildProcess> spawnChild(const std::filesystem::path& executable,
   argv.push_back(nullptr);
 
   pid_t pid = 0;
-  if (posix_spawn(&pid, program.c_str(), actions, &attributes.attributes, argv.data(), environ) !=
-      0) {
+  if (const int error =
+          posix_spawn(&pid, program.c_str(), actions, &attributes.attributes, argv.data(), environ);
+      error != 0) {
+    errno = error;
     return std::nullopt;
   }
   return ChildProcess(pid);
+}
+
+namespace {
+
+Expected<ChildResult> runDrained(const std::filesystem::path& executable,
+                                 const std::vector<std::string>& arguments, ChildOutput mode,
+                                 const std::function<void(std::string_view)>& onOutput,
+                                 std::span<const InheritedDescriptor> inherited,
+                                 const std::stop_token& stop, std::chrono::milliseconds batching) {
+  const auto lastError = [] { return std::error_code(errno, std::system_category()); };
+  int ends[2];
+  if (::pipe2(ends, O_CLOEXEC) != 0) return lastError();
+  UniqueFd readEnd(ends[0]);
+  UniqueFd writeEnd(ends[1]);
+  // Room for what the child writes while we wait between batches (the default limit for
+  // unprivileged processes; on refusal the pipe keeps its 64 KiB and the child waits more).
+  if (batching.count() > 0) ::fcntl(readEnd.get(), F_SETPIPE_SZ, 1024 * 1024);
+  auto child = spawnChild(executable, arguments, writeEnd.get(),
+                          mode == ChildOutput::merged ? writeEnd.get() : -1, inherited);
+  if (!child) return lastError();
+  writeEnd = UniqueFd();  // only the child writes now; its exit closes the pipe
+
+  ChildResult result;
+  if (!drain(readEnd.get(), onOutput, stop, batching)) {
+    child->kill();
+    result.stopped = true;
+    return result;
+  }
+  // Closed before waiting: should draining have stopped early, a child still writing gets
+  // SIGPIPE instead of blocking on a full pipe while we wait for it.
+  readEnd = UniqueFd();
+  const auto status = child->wait();
+  if (!status) return lastError();
+  if (WIFEXITED(*status)) result.exitStatus = WEXITSTATUS(*status);
+  return result;
+}
+
+}  // namespace
+
+Expected<ChildResult> streamChildProcess(const std::filesystem::path& executable,
+                                         const std::vector<std::string>& arguments,
+                                         ChildOutput mode,
+                                         const std::function<void(std::string_view)>& onOutput,
+                                         std::span<const InheritedDescriptor> inherited,
+                                         std::stop_token stop) {
+  return runDrained(executable, arguments, mode, onOutput, inherited, stop,
+                    std::chrono::milliseconds(5));
 }
 
 std::optional<ChildResult> runChildProcess(const std::filesystem::path& executable,
                                            const std::vector<std::string>& arguments,
                                            ChildOutput mode, std::size_t outputCap,
                                            std::span<const InheritedDescriptor> inherited) {
-  int ends[2];
-  if (::pipe2(ends, O_CLOEXEC) != 0) return std::nullopt;
-  UniqueFd readEnd(ends[0]);
-  UniqueFd writeEnd(ends[1]);
-  auto child = spawnChild(executable, arguments, writeEnd.get(),
-                          mode == ChildOutput::merged ? writeEnd.get() : -1, inherited);
-  if (!child) return std::nullopt;
-  writeEnd = UniqueFd();  // only the child writes now; its exit closes the pipe
-
-  ChildResult result;
-  drain(readEnd.get(), outputCap, result);
-  // Closed before waiting: should draining have stopped early, a child still writing gets
-  // SIGPIPE instead of blocking on a full pipe while we wait for it.
-  readEnd = UniqueFd();
-  const auto status = child->wait();
-  if (!status) return std::nullopt;
-  if (WIFEXITED(*status)) result.exitStatus = WEXITSTATUS(*status);
-  return result;
+  std::string output;
+  bool truncated = false;
+  // Past the cap the output is read and dropped, so that the child can finish.
+  const auto keep = [&](std::string_view piece) {
+    const std::size_t room = outputCap - std::min(outputCap, output.size());
+    if (piece.size() > room) truncated = true;
+    output.append(piece.substr(0, room));
+  };
+  auto run = runDrained(executable, arguments, mode, keep, inherited, {}, {});
+  if (!run) return std::nullopt;
+  run->output = std::move(output);
+  run->outputTruncated = truncated;
+  return std::move(run).value();
 }
 
 }  // namespace lumenscribe::platform

@@ -6,10 +6,15 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <span>
+#include <stop_token>
 #include <string>
+#include <string_view>
 #include <vector>
+
+#include "lumenscribe/expected.h"
 
 namespace lumenscribe::platform {
 
@@ -47,7 +52,7 @@ struct InheritedDescriptor {
 /// from /dev/null, stdout and stderr onto `stdoutFd` and `stderrFd` (-1: /dev/null), the
 /// `inherited` descriptors under their numbers, and in a session of its own without a
 /// controlling terminal (so a tool that prompts on /dev/tty fails instead of waiting).
-/// Nothing when the child cannot be started.
+/// Nothing when the child cannot be started; errno then says why.
 std::optional<ChildProcess> spawnChild(const std::filesystem::path& executable,
                                        const std::vector<std::string>& arguments, int stdoutFd,
                                        int stderrFd,
@@ -64,6 +69,8 @@ struct ChildResult {
   std::string output;
   /// True when the output went past the cap and the rest was read and dropped.
   bool outputTruncated = false;
+  /// True when a stop request killed the child before it finished.
+  bool stopped = false;
 };
 
 /// Runs a child as spawnChild does and waits for it, collecting its output. The pipe is
@@ -74,5 +81,18 @@ std::optional<ChildResult> runChildProcess(const std::filesystem::path& executab
                                            ChildOutput mode = ChildOutput::merged,
                                            std::size_t outputCap = 64 * 1024 * 1024,
                                            std::span<const InheritedDescriptor> inherited = {});
+
+/// Runs a child as runChildProcess does, but hands its output to `onOutput` piece by piece
+/// as it arrives instead of keeping it (the result's `output` stays empty), so that output
+/// of any length is read in bounded memory while the child runs. Pieces come in batches a
+/// few milliseconds apart, so that a child writing line by line does not wake the reader for
+/// every line. A stop requested through `stop` kills the child at once (within a tenth of a
+/// second). Fails with the error that kept the child from starting.
+Expected<ChildResult> streamChildProcess(const std::filesystem::path& executable,
+                                         const std::vector<std::string>& arguments,
+                                         ChildOutput mode,
+                                         const std::function<void(std::string_view)>& onOutput,
+                                         std::span<const InheritedDescriptor> inherited = {},
+                                         std::stop_token stop = {});
 
 }  // namespace lumenscribe::platform

@@ -94,7 +94,23 @@ DecoderClient::~DecoderClient() {
 }
 
 void DecoderClient::warmUp() {
-  if (auto worker = acquire()) release(std::move(worker), true);
+  for (;;) {
+    {
+      const std::lock_guard lock(mutex_);
+      if (running_ >= options_.maxWorkers) return;
+      ++running_;
+    }
+    std::unique_ptr<Worker> worker = startWorker();
+    const std::lock_guard lock(mutex_);
+    if (!worker) {
+      --running_;
+      available_.notify_one();
+      return;
+    }
+    lastConfinement_ = worker->confinement;
+    idle_.push_back(std::move(worker));
+    available_.notify_one();
+  }
 }
 
 std::unique_ptr<DecoderClient::Worker> DecoderClient::startWorker() const {
@@ -223,6 +239,36 @@ Expected<ImageDecodeStatus> DecoderClient::imageStatus(const OpenedItem& item) {
 Expected<PdfOpenFacts> DecoderClient::pdfFacts(const OpenedItem& item) {
   return request<PdfOpenFacts>(RequestKind::pdfFacts, &item, {},
                                [](Reader& in) { return readPdfOpenFacts(in); });
+}
+
+CheckBudget DecoderClient::checkBudget() const {
+  // A quarter of the timeout is left for the answer to come back and for slow starts.
+  const auto budget = options_.replyTimeout.count() * 3 / 4;
+  return {
+      static_cast<std::int32_t>(std::clamp<std::int64_t>(budget, 1, kMaxCheckBudgetMilliseconds))};
+}
+
+Expected<PdfStructureFacts> DecoderClient::pdfStructure(const OpenedItem& item) {
+  Writer arguments;
+  write(arguments, checkBudget());
+  return request<PdfStructureFacts>(RequestKind::pdfStructure, &item, arguments.data(),
+                                    [](Reader& in) { return readPdfStructureFacts(in); });
+}
+
+Expected<StreamTestFacts> DecoderClient::compressedStream(const OpenedItem& item,
+                                                          CompressedFormat format) {
+  Writer arguments;
+  write(arguments, checkBudget());
+  write(arguments, format);
+  return request<StreamTestFacts>(RequestKind::compressedStream, &item, arguments.data(),
+                                  [](Reader& in) { return readStreamTestFacts(in); });
+}
+
+Expected<MediaPacketFacts> DecoderClient::mediaPackets(const OpenedItem& item) {
+  Writer arguments;
+  write(arguments, checkBudget());
+  return request<MediaPacketFacts>(RequestKind::mediaPackets, &item, arguments.data(),
+                                   [](Reader& in) { return readMediaPacketFacts(in); });
 }
 
 namespace {

@@ -62,7 +62,8 @@ class DecoderClient {
   /// be running.
   ~DecoderClient();
 
-  /// Starts a worker now, unless one is idle, so that the first request does not wait for it.
+  /// Starts workers now, up to `maxWorkers`, so that no request waits for one to start (an
+  /// inspection of a photo asks for two at once: its health and its metadata).
   void warmUp();
 
   Expected<decoder::ImageDecodeStatus> imageStatus(const OpenedItem& item);
@@ -76,6 +77,13 @@ class DecoderClient {
   Expected<std::optional<decoder::ImageProperties>> imageProperties(const OpenedItem& item);
   /// The tracks, decoded audio format and tags of an audio or video file, from one probe.
   Expected<decoder::MediaDescription> mediaDescription(const OpenedItem& item);
+
+  // Whole-file checks. Each answers with what it found when its time budget (a share of
+  // the reply timeout) runs out, before the worker would be killed for taking too long.
+  Expected<decoder::PdfStructureFacts> pdfStructure(const OpenedItem& item);
+  Expected<decoder::StreamTestFacts> compressedStream(const OpenedItem& item,
+                                                      decoder::CompressedFormat format);
+  Expected<decoder::MediaPacketFacts> mediaPackets(const OpenedItem& item);
 
   /// One round trip: the item's size, then `arguments`, with its descriptor beside them (no
   /// item: size 0, no descriptor); the reply's payload back, unread.
@@ -93,6 +101,8 @@ class DecoderClient {
   template <class T, class Parse>
   Expected<T> request(decoder::RequestKind kind, const OpenedItem* item,
                       std::span<const std::byte> arguments, Parse parse);
+  /// The time a whole-file check may take: most of the reply timeout.
+  decoder::CheckBudget checkBudget() const;
   std::unique_ptr<Worker> startWorker() const;
   /// An idle worker, a new one, or (at the limit) the next to become idle; nothing when none
   /// can be started.

@@ -7,6 +7,8 @@
 #include <chrono>
 #include <cmath>
 
+#include "core/path_text.h"
+
 namespace lumenscribe::platform::decoder {
 
 namespace {
@@ -35,40 +37,6 @@ bool readBool(Reader& in, bool& value) {
 
 // The kinds of value in a property map, as one byte before the value.
 enum class PropertyKind : std::uint8_t { text = 1, integer = 2, real = 3, array = 4, map = 5 };
-
-// Well-formed UTF-8 only: no overlong forms, no surrogates, nothing past U+10FFFF.
-bool isUtf8(std::string_view text) {
-  const auto* bytes = reinterpret_cast<const unsigned char*>(text.data());
-  const std::size_t size = text.size();
-  for (std::size_t i = 0; i < size;) {
-    const unsigned char lead = bytes[i];
-    if (lead < 0x80) {
-      ++i;
-      continue;
-    }
-    std::size_t length = 0;
-    unsigned char low = 0x80, high = 0xBF;  // the range of the second byte
-    if (lead >= 0xC2 && lead <= 0xDF) {
-      length = 2;
-    } else if (lead >= 0xE0 && lead <= 0xEF) {
-      length = 3;
-      if (lead == 0xE0) low = 0xA0;
-      if (lead == 0xED) high = 0x9F;
-    } else if (lead >= 0xF0 && lead <= 0xF4) {
-      length = 4;
-      if (lead == 0xF0) low = 0x90;
-      if (lead == 0xF4) high = 0x8F;
-    } else {
-      return false;
-    }
-    if (size - i < length || bytes[i + 1] < low || bytes[i + 1] > high) return false;
-    for (std::size_t k = 2; k < length; ++k) {
-      if ((bytes[i + k] & 0xC0) != 0x80) return false;
-    }
-    i += length;
-  }
-  return true;
-}
 
 void writeProperty(Writer& out, const MetadataValue& value);
 
@@ -127,7 +95,7 @@ class PropertyReader {
     MetadataValue::Map map;
     for (std::uint32_t i = 0; i < count; ++i) {
       std::string key = in_.text(kMaxPropertyKey);
-      if (!in_.ok() || !isUtf8(key)) return std::nullopt;
+      if (!in_.ok() || !isWellFormedUtf8(key)) return std::nullopt;
       auto value = property(depth);
       if (!value || !map.try_emplace(std::move(key), std::move(*value)).second) {
         return std::nullopt;
@@ -144,7 +112,7 @@ class PropertyReader {
     switch (kind) {
       case PropertyKind::text: {
         std::string text = in_.text(kMaxPropertyText);
-        if (!in_.ok() || !isUtf8(text)) return std::nullopt;
+        if (!in_.ok() || !isWellFormedUtf8(text)) return std::nullopt;
         return MetadataValue(std::move(text));
       }
       case PropertyKind::integer: {
@@ -207,7 +175,7 @@ std::optional<float> readFloat(Reader& in, double low, double high) {
 // UTF-8 text of at most `maxSize` bytes, into `text`.
 bool readUtf8(Reader& in, std::size_t maxSize, std::string& text) {
   text = in.text(maxSize);
-  return in.ok() && isUtf8(text);
+  return in.ok() && isWellFormedUtf8(text);
 }
 
 bool readOptionalText(Reader& in, std::size_t maxSize, std::optional<std::string>& text) {
@@ -504,6 +472,88 @@ std::optional<std::optional<ImageProperties>> readImageProperties(Reader& in) {
   if (!properties) return std::nullopt;
   image.properties = std::move(*properties);
   return std::optional<ImageProperties>(std::move(image));
+}
+
+void write(Writer& out, const PdfStructureFacts& facts) {
+  write(out, facts.open);
+  out.i32(facts.readerErrors);
+  out.i32(facts.checkerErrors);
+  out.i32(facts.checkerWarnings);
+  out.u8(facts.complete);
+}
+
+void write(Writer& out, CompressedFormat format) { out.u8(static_cast<std::uint8_t>(format)); }
+
+void write(Writer& out, const StreamTestFacts& facts) {
+  out.u8(static_cast<std::uint8_t>(facts.outcome));
+  out.u8(facts.trailingData);
+  out.i64(facts.expandedBytes);
+}
+
+void write(Writer& out, const MediaPacketFacts& facts) {
+  out.u8(facts.opened);
+  out.i32(facts.streams);
+  out.i64(facts.packets);
+  out.i32(facts.readErrors);
+  out.i32(facts.checksumErrors);
+  out.u8(facts.complete);
+}
+
+void write(Writer& out, const CheckBudget& budget) { out.i32(budget.milliseconds); }
+
+std::optional<PdfStructureFacts> readPdfStructureFacts(Reader& in) {
+  PdfStructureFacts facts;
+  const auto open = readPdfOpenFacts(in);
+  if (!open) return std::nullopt;
+  facts.open = *open;
+  facts.readerErrors = in.i32();
+  facts.checkerErrors = in.i32();
+  facts.checkerWarnings = in.i32();
+  if (!readBool(in, facts.complete)) return std::nullopt;
+  if (facts.readerErrors < 0 || facts.checkerErrors < 0 || facts.checkerWarnings < 0) {
+    return std::nullopt;
+  }
+  return facts;
+}
+
+std::optional<CompressedFormat> readCompressedFormat(Reader& in) {
+  const std::uint8_t value = in.u8();
+  if (!in.ok() || value > kLastCompressedFormat) return std::nullopt;
+  return static_cast<CompressedFormat>(value);
+}
+
+std::optional<StreamTestFacts> readStreamTestFacts(Reader& in) {
+  StreamTestFacts facts;
+  const std::uint8_t outcome = in.u8();
+  if (!in.ok() || outcome > kLastStreamTestOutcome) return std::nullopt;
+  facts.outcome = static_cast<StreamTestOutcome>(outcome);
+  if (!readBool(in, facts.trailingData)) return std::nullopt;
+  facts.expandedBytes = in.i64();
+  if (!in.ok() || facts.expandedBytes < 0) return std::nullopt;
+  return facts;
+}
+
+std::optional<MediaPacketFacts> readMediaPacketFacts(Reader& in) {
+  MediaPacketFacts facts;
+  if (!readBool(in, facts.opened)) return std::nullopt;
+  facts.streams = in.i32();
+  facts.packets = in.i64();
+  facts.readErrors = in.i32();
+  facts.checksumErrors = in.i32();
+  if (!readBool(in, facts.complete)) return std::nullopt;
+  if (facts.streams < 0 || facts.packets < 0 || facts.readErrors < 0 || facts.checksumErrors < 0) {
+    return std::nullopt;
+  }
+  return facts;
+}
+
+std::optional<CheckBudget> readCheckBudget(Reader& in) {
+  CheckBudget budget;
+  budget.milliseconds = in.i32();
+  if (!in.ok() || budget.milliseconds < 1 || budget.milliseconds > kMaxCheckBudgetMilliseconds) {
+    return std::nullopt;
+  }
+  return budget;
 }
 
 void write(Writer& out, const MediaDescription& media) {

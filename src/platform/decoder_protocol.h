@@ -34,11 +34,14 @@ inline constexpr int kMaxPreviewSide = 2048;
 
 /// The work a request names.
 enum class RequestKind : std::uint16_t {
-  hello = 1,           // sent by the worker once it is ready; never by the engine
-  imageStatus = 2,     // how far image 0 decodes
-  pdfFacts = 3,        // lock, encryption and page count of a PDF
-  pdfFirstPage = 4,    // page 0 of a PDF, rendered to fit a box
-  picturePreview = 5,  // the image itself, scaled to fit a box
+  hello = 1,             // sent by the worker once it is ready; never by the engine
+  imageStatus = 2,       // how far image 0 decodes
+  pdfFacts = 3,          // lock, encryption and page count of a PDF
+  pdfFirstPage = 4,      // page 0 of a PDF, rendered to fit a box
+  picturePreview = 5,    // the image itself, scaled to fit a box
+  pdfStructure = 6,      // poppler's and qpdf's structural checks of a whole PDF
+  compressedStream = 7,  // a full decompression test of a gzip, bzip2, xz or zstd stream
+  mediaPackets = 8,      // every packet of an audio or video file, demuxed, not decoded
   // The property map of image 0: pixels, colour, EXIF, GPS, IPTC, XMP...
   imageProperties = 17,
   // The streams, tracks and tags of an audio or video file, read in one probe.
@@ -139,8 +142,9 @@ enum class ImageDecodeStatus : std::uint8_t {
   incomplete = 5,       // only a lenient decode succeeded, and the data ended early
   invalidData = 6,      // only a lenient decode succeeded, past damaged data
   decodeFailed = 7,     // the header loads, but not even a lenient decode gets through
+  unsupported = 8,      // the loader does not support a feature the file uses
 };
-inline constexpr std::uint8_t kLastImageDecodeStatus = 7;
+inline constexpr std::uint8_t kLastImageDecodeStatus = 8;
 
 /// What opening a PDF tells. A document locked by a user password is reported encrypted
 /// and locked, and nothing else of it is touched.
@@ -152,6 +156,67 @@ struct PdfOpenFacts {
 
   friend bool operator==(const PdfOpenFacts&, const PdfOpenFacts&) = default;
 };
+
+/// What the structural checks of a whole PDF found. The reader's facts come first; a
+/// document it cannot open or that is locked is not checked further.
+struct PdfStructureFacts {
+  PdfOpenFacts open;
+  /// Errors poppler reported while it opened the document and loaded every page.
+  std::int32_t readerErrors = 0;
+  /// Errors of qpdf's check (each a failure to read part of the document) and warnings
+  /// (problems it worked around).
+  std::int32_t checkerErrors = 0;
+  std::int32_t checkerWarnings = 0;
+  /// False when the check stopped at its time budget before reaching the end.
+  bool complete = false;
+
+  friend bool operator==(const PdfStructureFacts&, const PdfStructureFacts&) = default;
+};
+
+/// A compressed stream format the decompression test knows.
+enum class CompressedFormat : std::uint8_t { gzip = 0, bzip2 = 1, xz = 2, zstd = 3 };
+inline constexpr std::uint8_t kLastCompressedFormat = 3;
+
+/// How a full decompression test ended.
+enum class StreamTestOutcome : std::uint8_t {
+  intact = 0,         // every byte decompressed and every checksum matched
+  truncated = 1,      // the data ended inside the stream
+  corrupt = 2,        // invalid data or a checksum that does not match
+  outOfTime = 3,      // the time budget ran out before the end; nothing wrong so far
+  tooMuchMemory = 4,  // the stream asks for more memory than the test allows
+  unsupported = 5,    // the format's library could not be set up
+};
+inline constexpr std::uint8_t kLastStreamTestOutcome = 5;
+
+struct StreamTestFacts {
+  StreamTestOutcome outcome = StreamTestOutcome::unsupported;
+  /// Bytes after the last stream that belong to none (zeros a tape or a tool appended).
+  bool trailingData = false;
+  std::int64_t expandedBytes = 0;
+
+  friend bool operator==(const StreamTestFacts&, const StreamTestFacts&) = default;
+};
+
+/// What demuxing every packet of an audio or video file found.
+struct MediaPacketFacts {
+  bool opened = false;  // false: no demuxer took the file
+  std::int32_t streams = 0;
+  std::int64_t packets = 0;
+  /// Read failures and errors the demuxer reported (a cut-off atom, a damaged header).
+  std::int32_t readErrors = 0;
+  /// Packets or pages whose checksum did not match.
+  std::int32_t checksumErrors = 0;
+  /// True when the end of the file was reached within the time budget.
+  bool complete = false;
+
+  friend bool operator==(const MediaPacketFacts&, const MediaPacketFacts&) = default;
+};
+
+/// How long a whole-file check may run before it answers with what it found so far.
+struct CheckBudget {
+  std::int32_t milliseconds = 0;
+};
+inline constexpr std::int32_t kMaxCheckBudgetMilliseconds = 10 * 60 * 1000;
 
 /// 8-bit RGBA pixels, rows top to bottom, no padding.
 struct RgbaImage {
@@ -303,6 +368,11 @@ void write(Writer& out, const Confinement& confinement);
 /// Dates and values of no plain kind travel as an integer (seconds since 1970) and as their
 /// description; the worker makes neither.
 void write(Writer& out, const std::optional<ImageProperties>& properties);
+void write(Writer& out, const PdfStructureFacts& facts);
+void write(Writer& out, CompressedFormat format);
+void write(Writer& out, const StreamTestFacts& facts);
+void write(Writer& out, const MediaPacketFacts& facts);
+void write(Writer& out, const CheckBudget& budget);
 void write(Writer& out, const MediaDescription& media);
 
 // Each reads one record and fails (nothing) on any byte out of place: a short or long
@@ -316,6 +386,11 @@ std::optional<Confinement> readConfinement(Reader& in);
 /// Also fails on a map deeper, larger or with longer texts than the limits above allow, a
 /// repeated key, a text that is not UTF-8 and a number that is not finite.
 std::optional<std::optional<ImageProperties>> readImageProperties(Reader& in);
+std::optional<PdfStructureFacts> readPdfStructureFacts(Reader& in);
+std::optional<CompressedFormat> readCompressedFormat(Reader& in);
+std::optional<StreamTestFacts> readStreamTestFacts(Reader& in);
+std::optional<MediaPacketFacts> readMediaPacketFacts(Reader& in);
+std::optional<CheckBudget> readCheckBudget(Reader& in);
 /// Also fails on more tracks, tags or longer texts than the limits above allow, a text that
 /// is not UTF-8, a number that is not finite or out of its range, a first track where the
 /// count is 0, and an audio format together with an error (or neither).

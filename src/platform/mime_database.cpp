@@ -64,6 +64,15 @@ std::optional<ContentType> contentTypeForExtension(std::string_view extension) {
   return toContentType(database.mimeTypeForFile(name, QMimeDatabase::MatchExtension));
 }
 
+std::vector<ContentType> contentTypesForFileName(std::string_view fileName) {
+  QMimeDatabase database;
+  std::vector<ContentType> types;
+  for (const QMimeType& type : database.mimeTypesForFileName(qtFileName(fileName))) {
+    if (auto known = toContentType(type)) types.push_back(std::move(*known));
+  }
+  return types;
+}
+
 std::optional<ContentType> contentTypeForData(std::span<const std::byte> bytes) {
   QMimeDatabase database;
   return toContentType(database.mimeTypeForData(viewOf(bytes)));

@@ -6,6 +6,7 @@
 #include <optional>
 #include <span>
 #include <string_view>
+#include <vector>
 
 #include "core/content_type.h"
 
@@ -26,6 +27,10 @@ ContentType directoryContentType();
 /// The type a name with this extension suggests ("pdf" gives application/pdf); nothing
 /// when the database knows no type for it.
 std::optional<ContentType> contentTypeForExtension(std::string_view extension);
+
+/// Every type whose glob matches the name (several for .ogg or .otf), most specific first;
+/// none when no glob matches.
+std::vector<ContentType> contentTypesForFileName(std::string_view fileName);
 
 /// The type that content sniffing alone finds for these bytes; nothing when it finds none.
 std::optional<ContentType> contentTypeForData(std::span<const std::byte> bytes);

@@ -60,11 +60,7 @@ ItemFacts factsOf(const std::filesystem::path& path, const struct statx& status)
       (status.stx_btime.tv_sec != 0 || status.stx_btime.tv_nsec != 0)) {
     facts.creationDate = timestampOf(status.stx_btime);
   }
-  if (facts.isDirectory) {
-    const std::string extension = asciiLower(pathExtension(path));
-    facts.isPackage = std::find(kPackageExtensions.begin(), kPackageExtensions.end(), extension) !=
-                      kPackageExtensions.end();
-  }
+  if (facts.isDirectory) facts.isPackage = isPackageName(lastPathComponent(path));
   return facts;
 }
 
@@ -73,6 +69,12 @@ PathAttributes attributesOf(const struct statx& status) {
 }
 
 }  // namespace
+
+bool isPackageName(std::string_view name) {
+  const std::string extension = asciiLower(pathExtension(std::string(name)));
+  return std::find(kPackageExtensions.begin(), kPackageExtensions.end(), extension) !=
+         kPackageExtensions.end();
+}
 
 Expected<OpenedItem> openItem(const std::filesystem::path& path) {
   struct statx link {};

@@ -10,6 +10,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "core/item_facts.h"
@@ -70,5 +71,9 @@ class OpenedItem {
 /// the system's error when the path cannot be stat'ed. A regular file or folder that exists
 /// but cannot be opened is still an item: its facts come from the path and it is unreadable.
 Expected<OpenedItem> openItem(const std::filesystem::path& path);
+
+/// True for the name of a folder that a Mac presents as one document or program (by its
+/// extension: "Tool.app", "Notes.rtfd"); such a folder is a package.
+bool isPackageName(std::string_view name);
 
 }  // namespace lumenscribe::platform

@@ -99,6 +99,9 @@ TEST(SystemMetadata, rowsComeInTheTablesOrderAndTheOriginRaisesItsFinding) {
             (std::vector<std::string>{"System Metadata", "File Origin"}));
   ASSERT_EQ(accumulators.findings.size(), 1u);
   EXPECT_EQ(accumulators.findings[0].title, "Download source is recorded");
+  EXPECT_EQ(accumulators.findings[0].detail,
+            "The file system records information about where this file came from. Lumenscribe "
+            "shows it as useful source history.");
   EXPECT_EQ(accumulators.findings[0].level, PrivacyLevel::neutral);
   EXPECT_EQ(accumulators.rawMetadata.at("Spotlight Where From"),
             "https://example.com/r.pdf, https://example.com/");

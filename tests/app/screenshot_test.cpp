@@ -17,6 +17,7 @@
 #include "app/lumenscribe_app.h"
 #include "app/pills.h"
 #include "app/preview_loader.h"
+#include "app/progress_overlay.h"
 #include "app/raw_metadata_block.h"
 #include "app/result_screen.h"
 #include "app/section_card.h"
@@ -120,6 +121,8 @@ class ScreenshotTest : public QObject {
     QSignalSpy finished(view, &ContentView::inspectionFinished);
     view->startInspection(fixture("empty.txt"));
     save(window, "inspecting");
+    view->progressOverlay()->setProgress(123456);  // as a long folder walk shows it
+    save(window, "inspecting-folder");
     QVERIFY(finished.wait(20000));
     SectionCard* health = screen->sectionCard(QStringLiteral("File Health"));
     QVERIFY(health && health->inspectFurtherButton());

@@ -45,5 +45,26 @@ TEST(FileUrl, percentEncodesEveryByteThatIsNotPlain) {
   EXPECT_EQ(fileUrl("/x/caf\xC3\xA9"), "file:///x/caf%C3%A9");
 }
 
+TEST(PathText, wellFormedUtf8RefusesEveryIllFormedSequenceWhereverItStands) {
+  using namespace std::string_literals;
+  const std::pair<std::string, bool> cases[] = {
+      {"", true},
+      {"plain ASCII, longer than eight bytes", true},
+      {"caf\xC3\xA9 \xE2\x82\xAC \xF0\x9F\x98\x80", true},
+      {"\xC0\xAF", false},               // overlong "/"
+      {"\xE0\x80\xAF", false},           // overlong, three bytes
+      {"\xED\xA0\x80", false},           // a surrogate
+      {"\xF4\x90\x80\x80", false},       // past U+10FFFF
+      {"\xE2\x82", false},               // cut short
+      {"12345678\x80", false},            // a stray byte just after an all-ASCII word
+      {"1234567\xC3\xA9", true},          // a sequence across the word boundary
+      {"1234567\xC3", false},
+  };
+  for (const auto& [bytes, valid] : cases) {
+    EXPECT_EQ(isWellFormedUtf8(bytes), valid) << testing::PrintToString(bytes);
+    EXPECT_EQ(validUtf8(bytes) == bytes, valid);
+  }
+}
+
 }  // namespace
 }  // namespace lumenscribe

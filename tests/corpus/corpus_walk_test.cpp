@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <set>
 
 #include "lumenscribe/file_inspector.h"
 #include "platform/opened_item.h"
@@ -80,6 +81,23 @@ void expectMediaAndSystemMetadata(const std::filesystem::path& item,
   }
 }
 
+// A folder's inventory counts what a plain recursive walk sees; a .zip file is listed or
+// says why not.
+void expectContainerListing(const std::filesystem::path& item, const LumenscribeResult& result) {
+  if (std::filesystem::is_directory(item)) {
+    std::int64_t files = 0, folders = 0;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(item)) {
+      ++(entry.is_directory() && !entry.is_symlink() ? folders : files);
+    }
+    EXPECT_TRUE(hasSection(result, "Folder Contents"));
+    EXPECT_EQ(result.rawMetadata.at("Container Files"), std::to_string(files));
+    EXPECT_EQ(result.rawMetadata.at("Container Folders"), std::to_string(folders));
+  } else if (item.extension() == ".zip") {
+    EXPECT_NE(hasSection(result, "ZIP Archive Contents"),
+              result.rawMetadata.contains("ZIP Inspection Error"));
+  }
+}
+
 // Real files from cameras, phones, encoders and archivers: every one must be inspected
 // without a crash, a hang or a write, and give a well-formed result.
 TEST(Corpus, everyRealWorldFileIsInspectedWithoutHarm) {
@@ -110,6 +128,15 @@ TEST(Corpus, everyRealWorldFileIsInspectedWithoutHarm) {
     EXPECT_FALSE(buildTextReport(*result).empty());
     EXPECT_FALSE(resultJson(*result).empty());
     expectImagePassConsistent(item, *result);
+    expectContainerListing(item, *result);
+    if (std::filesystem::is_regular_file(item)) {
+      // Every file is typed and judged, with a verdict from the closed vocabulary.
+      static const std::set<std::string> verdicts = {"Empty file",      "Unreadable",
+                                                     "Looks intact",    "Verification limited",
+                                                     "Possible damage", "Possible read problem"};
+      EXPECT_TRUE(result->rawMetadata.contains("Type Verification Result"));
+      EXPECT_TRUE(verdicts.contains(result->rawMetadata.at("File Health Assessment")));
+    }
     expectMediaAndSystemMetadata(item, *result);
     const Stamp after = stampOf(item);
     EXPECT_EQ(after.size, before.size);

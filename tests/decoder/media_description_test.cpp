@@ -4,7 +4,6 @@
 // said of the same files (tests/data/media/ffprobe.txt).
 #include "decoder/media_description.h"
 
-#include <glib.h>
 #include <gtest/gtest.h>
 #include <sys/mman.h>
 #include <unistd.h>
@@ -14,6 +13,7 @@
 #include <iterator>
 #include <map>
 
+#include "core/path_text.h"
 #include "decoder/decoder_test_support.h"
 #include "media_fixtures.h"
 
@@ -26,12 +26,6 @@ using Fields = std::map<std::string, std::string>;
 using namespace std::string_literals;
 
 const std::filesystem::path& kMedia = lumenscribe::test::kMediaFixtures;
-
-std::string validUtf8(const std::string& bytes) {
-  const std::unique_ptr<gchar, decltype(&g_free)> valid(
-      g_utf8_make_valid(bytes.data(), static_cast<gssize>(bytes.size())), g_free);
-  return valid.get();
-}
 
 // What ffprobe -show_format -show_streams printed for one file.
 struct Probe {

@@ -68,9 +68,10 @@ const std::string kIntactDetail = "Lumenscribe did not find an obvious structura
 
 TEST(HealthAssessment, imagesAreJudgedByDecodingThem) {
   const std::string truncated =
-      "The image appears truncated; ImageIO reached the end of the file unexpectedly.";
-  const std::string incomplete = "ImageIO reports that the image data is incomplete.";
-  const std::string invalid = "ImageIO reports invalid image data.";
+      "The image appears truncated; the image decoder reached the end of the file "
+      "unexpectedly.";
+  const std::string incomplete = "The image decoder reports that the image data is incomplete.";
+  const std::string invalid = "The image decoder reports invalid image data.";
   const Expected cases[] = {
       {"intact.jpg", "Looks intact", "Image Structure", "Complete", kIntact, kIntactDetail},
       {"intact.png", "Looks intact", "Image Structure", "Complete", kIntact, kIntactDetail},
@@ -88,12 +89,12 @@ TEST(HealthAssessment, imagesAreJudgedByDecodingThem) {
       {"truncated.webp", "Possible damage", "Image Structure", "Unexpected end of file", kDamage,
        truncated},
       {"photo.jpg", "Possible damage", "Image Structure", "No readable image", kDamage,
-       "ImageIO found no readable image frames."},
+       "The image decoder found no readable image frames."},
       // We cannot decode a BMP: that limits the check, it is no sign of damage.
       {"unsupported.bmp", "Verification limited", "Image Structure", "Unknown type", kLimited,
-       "ImageIO could not determine a supported image type."},
-      // The content signature plays no part: a PNG named notes.txt gets the read test.
-      {"notes.txt", "Looks intact", "Basic Read Test", "Passed", kIntact, kIntactDetail},
+       "The image decoder could not determine a supported image type."},
+      // The content decides: a PNG named notes.txt is decoded as the PNG it is.
+      {"notes.txt", "Looks intact", "Image Structure", "Complete", kIntact, kIntactDetail},
   };
   for (const Expected& want : cases) {
     SCOPED_TRACE(want.file);
@@ -103,7 +104,8 @@ TEST(HealthAssessment, imagesAreJudgedByDecodingThem) {
 
 TEST(HealthAssessment, pdfsAndZipsAreJudgedByTheirOwnChecks) {
   const std::string cannotOpen =
-      "The file identifies as a PDF, but PDFKit could not open its document structure.";
+      "The file identifies as a PDF, but the PDF reader could not open its document "
+      "structure.";
   const Expected cases[] = {
       {"one_page.pdf", "Looks intact", "PDF Structure", "1 page readable", kIntact, kIntactDetail},
       {"three_pages.pdf", "Looks intact", "PDF Structure", "3 pages readable", kIntact,
@@ -118,7 +120,9 @@ TEST(HealthAssessment, pdfsAndZipsAreJudgedByTheirOwnChecks) {
       {"zero_pages.pdf", "Possible damage", "PDF Structure", "No readable pages", kDamage,
        "The file identifies as a PDF, but Lumenscribe could not find a readable page structure."},
       {"not_a_pdf.pdf", "Possible damage", "PDF Structure", "Could not open", kDamage, cannotOpen},
-      {"report.pdf", "Possible damage", "PDF Structure", "Could not open", kDamage, cannotOpen},
+      // A ZIP named report.pdf gets the ZIP test, which it passes.
+      {"report.pdf", "Looks intact", "ZIP Structure", "Integrity test passed", kIntact,
+       kIntactDetail},
       {"intact.zip", "Looks intact", "ZIP Structure", "Integrity test passed", kIntact,
        kIntactDetail},
       {"password_protected.zip", "Verification limited", "ZIP Structure",
@@ -136,22 +140,30 @@ TEST(HealthAssessment, pdfsAndZipsAreJudgedByTheirOwnChecks) {
   }
 }
 
-TEST(HealthAssessment, kindOfFileComesFromTypeAndExtensionNotContent) {
+TEST(HealthAssessment, theCheckFollowsTheContentAndTheNameOnlyWhenTheContentIsUnknown) {
   TempDir dir;
   const auto zipBytes = [] {
     std::ifstream in(kFixtures / "intact.zip", std::ios::binary);
     return std::string(std::istreambuf_iterator<char>(in), {});
   }();
-  // A ZIP under another name gets only the read test; a PDF extension wins over no type.
+  const std::string binary(64, '\x02');
   struct Case {
     std::filesystem::path file;
     std::string structureLabel;
   };
   const Case cases[] = {
-      {dir.write("bundle.epub2", zipBytes), "Basic Read Test"},
-      {dir.write("Scan.PDF", "not a pdf"), "PDF Structure"},
+      {dir.write("bundle.epub2", zipBytes), "ZIP Structure"},
       {dir.write("Backup.ZIP", zipBytes), "ZIP Structure"},
+      // Text proves no format: the name decides, as it does for unknown bytes.
+      {dir.write("Scan.PDF", "not a pdf"), "PDF Structure"},
       {dir.write("frame.png", "not an image"), "Image Structure"},
+      {dir.write("Scan.pdf", binary), "PDF Structure"},
+      {dir.write("song.ogg", binary), "Media Structure"},
+      {dir.write("notes.txt.gz", binary), "Compressed Stream"},
+      {dir.write("letter.docx", binary), "ZIP Structure"},
+      // A playlist is text the database files under audio: read, not demuxed.
+      {dir.write("mix.m3u", "#EXTM3U\nsong.ogg\n"), "Basic Read Test"},
+      {dir.write("notes.dat", binary), "Basic Read Test"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.file.filename().string());
@@ -242,9 +254,10 @@ TEST(ZipIntegrity, testsTheNamedArchiveEvenWhenItsNameLooksLikeAPattern) {
 TEST(ZipIntegrity, aToolThatCannotStartLimitsTheCheckInsteadOfFailingIt) {
   const StructureCheckResult result =
       testZipIntegrity(test::openedItem(kFixtures / "intact.zip"), "/nonexistent/bin/unzip");
-  EXPECT_EQ(result, (StructureCheckResult{"Could not test",
-                                          "Lumenscribe could not run the ZIP integrity test.",
-                                          false, true}));
+  EXPECT_EQ(
+      result,
+      (StructureCheckResult{
+          "Could not test", "Lumenscribe could not run the ZIP integrity test.", false, true, {}}));
 
   const StructureCheckResult passed = testZipIntegrity(test::openedItem(kFixtures / "intact.zip"));
   EXPECT_EQ(passed.status, "Integrity test passed");

@@ -20,10 +20,10 @@ TEST(HealthExplanation, structureRowDecidesFirstThenTheAssessment) {
     const char* meaningStart;
   };
   const char* e1 = "The file has enough JPEG/PNG-style struc";
-  const char* e2 = "The image structure ends before ImageIO ";
-  const char* e3 = "ImageIO found data that does not conform";
+  const char* e2 = "The image structure ends before the imag";
+  const char* e3 = "The image decoder found data that does n";
   const char* e4 = "Lumenscribe can identify the PDF, but en";
-  const char* e5 = "The file claims to be a PDF, but PDFKit ";
+  const char* e5 = "The file claims to be a PDF, but the PDF";
   const char* e6 = "The archive appears to require a passwor";
   const char* e7 = "The ZIP archive failed a non-extracting ";
   const char* e8 = "The file contains zero bytes. That can b";
@@ -60,15 +60,16 @@ TEST(HealthExplanation, structureRowDecidesFirstThenTheAssessment) {
 
 TEST(HealthExplanation, decodeFailureHasThreeFactsAndThreeStepsInOrder) {
   const HealthExplanation e1 = explainHealth("Possible damage", "Image Structure", "Decode failed");
-  EXPECT_EQ(
-      e1.knownFacts,
-      (std::vector<std::string>{
-          "The filename/type identification is believable.",
-          "The file itself is readable from disk.",
-          "The failure occurs when Lumenscribe asks macOS to decode the actual image data."}));
+  EXPECT_EQ(e1.knownFacts,
+            (std::vector<std::string>{
+                "The filename/type identification is believable.",
+                "The file itself is readable from disk.",
+                "The failure occurs when Lumenscribe asks the image decoder to decode the actual "
+                "image data."}));
   EXPECT_EQ(e1.nextSteps,
             (std::vector<std::string>{
-                "Try opening the original in Preview or the camera manufacturer's software.",
+                "Try opening the original in an image viewer or the camera manufacturer's "
+                "software.",
                 "Re-copy the file from the original card, drive, or source if one exists.",
                 "Do not treat renaming the extension as a repair."}));
   const HealthExplanation e9 = explainHealth("Unreadable", std::nullopt, std::nullopt);

@@ -54,7 +54,8 @@ TEST(HealthReport, typeAndHealthFollowIdentityAndUncertainVerdictsCarryTheirExpl
   EXPECT_EQ(empty["healthExplanation"]["structureLabel"], "Structure");
   EXPECT_EQ(empty["healthExplanation"]["knownFacts"],
             (nlohmann::json{"The filesystem entry exists.", "The file has no payload."}));
-  const nlohmann::json renamed = inspectAsJson("report.pdf");
+  // Text named .pdf proves no format: the name chooses the PDF check, which fails.
+  const nlohmann::json renamed = inspectAsJson("not_a_pdf.pdf");
   EXPECT_EQ(renamed["rawMetadata"]["Type Verification Result"], "Mismatch detected");
   EXPECT_EQ(renamed["rawMetadata"]["File Health Assessment"], "Possible damage");
   EXPECT_EQ(renamed["healthExplanation"]["structureValue"], "Could not open");

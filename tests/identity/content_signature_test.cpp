@@ -5,13 +5,17 @@
 #include <gtest/gtest.h>
 
 #include "platform/mime_database.h"
-#include "test_files.h"
 
 namespace lumenscribe {
+
+void PrintTo(const ContentSignature& signature, std::ostream* out) {
+  *out << "{" << signature.typeName << ", " << signature.category << ", " << signature.mimeType
+       << ", " << signature.alsoAudio << "}";
+}
+
 namespace {
 
 using namespace std::string_literals;
-using test::TempDir;
 
 std::optional<ContentSignature> signatureOf(const std::string& bytes) {
   return contentSignatureOf(std::as_bytes(std::span(bytes.data(), bytes.size())));
@@ -22,75 +26,68 @@ std::string withPadding(std::string head, std::size_t size, char fill = '\0') {
   return head;
 }
 
+std::string isoMedia(std::string_view major, std::string_view compatible = "") {
+  std::string box(4, '\0');
+  box += "ftyp";
+  box += major;
+  box += std::string(4, '\0');
+  box += compatible;
+  box[3] = static_cast<char>(box.size());
+  return withPadding(box, 64);
+}
+
 TEST(ContentSignature, firstMatchingTestInTableOrderDecides) {
   struct Case {
     std::string bytes;
     const char* typeName;  // nullptr: no signature
     const char* category;
+    const char* mimeType;
   };
   const Case cases[] = {
-      {withPadding("\x89PNG\r\n\x1a\n"s, 40), "PNG image", "image"},
-      {"\x89PNG\r\n\x1a"s, nullptr, nullptr},  // one byte short of the PNG magic
-      {withPadding("\xFF\xD8\xFF\xE0"s, 40), "JPEG image", "image"},
-      {"\xFF\xD8"s, nullptr, nullptr},  // too short for JPEG, and not printable
-      {"%PDF-1.7\n%\xE2\xE3\xCF\xD3\n"s, "PDF document", "pdf"},
-      {withPadding("PK\x03\x04"s, 30), "ZIP archive", "archive"},
-      {withPadding("PK\x05\x06"s, 22), "ZIP archive", "archive"},
-      {withPadding("PK\x07\x08"s, 30), "ZIP archive", "archive"},
+      {withPadding("\x89PNG\r\n\x1a\n"s, 40), "PNG image", "image", "image/png"},
+      {"\x89PNG\r\n\x1a"s, nullptr, nullptr, nullptr},  // one byte short of the PNG magic
+      {withPadding("\xFF\xD8\xFF\xE0"s, 40), "JPEG image", "image", "image/jpeg"},
+      {"\xFF\xD8"s, nullptr, nullptr, nullptr},  // too short for JPEG, and not printable
+      {"%PDF-1.7\n%\xE2\xE3\xCF\xD3\n"s, "PDF document", "pdf", "application/pdf"},
+      {withPadding("PK\x03\x04"s, 30), "ZIP archive", "archive", "application/zip"},
+      {withPadding("PK\x05\x06"s, 22), "ZIP archive", "archive", "application/zip"},
+      {withPadding("PK\x07\x08"s, 30), "ZIP archive", "archive", "application/zip"},
       // An office document or e-book is a ZIP archive first.
       {withPadding("PK\x03\x04\x14\0\0\0mimetypeapplication/epub+zip"s, 80), "ZIP archive",
-       "archive"},
-      {"GIF87a\x01\0\x01\0"s, "GIF image", "image"},
-      {withPadding("GIF89a"s, 20), "GIF image", "image"},
-      {withPadding("II*\0"s, 20), "TIFF image", "image"},
-      {withPadding("MM\0*"s, 20), "TIFF image", "image"},
-      {withPadding("RIFF\x24\0\0\0WAVEfmt "s, 44), "WAV audio", "audio"},
-      {withPadding("RIFF\0\0\0\0AVI LIST"s, 44), "AVI video", "video"},
-      {withPadding("RIFF\0\0\0\0WEBPVP8 "s, 44), "WebP image", "image"},
+       "archive", "application/zip"},
+      {"GIF87a\x01\0\x01\0"s, "GIF image", "image", "image/gif"},
+      {withPadding("II*\0"s, 20), "TIFF image", "image", "image/tiff"},
+      {withPadding("MM\0*"s, 20), "TIFF image", "image", "image/tiff"},
+      // The MIME database has no rule for Mach-O programs.
+      {withPadding("\xCF\xFA\xED\xFE\x07\0\0\x01"s, 64), "Mach-O program", "executable", ""},
+      {withPadding("RIFF\x24\0\0\0WAVEfmt "s, 44), "WAV audio", "audio", "audio/x-wav"},
+      {withPadding("RIFF\0\0\0\0AVI LIST"s, 44), "AVI video", "video", "video/x-msvideo"},
+      {withPadding("RIFF\0\0\0\0WEBPVP8 "s, 44), "WebP image", "image", "image/webp"},
       // A RIFF form we do not know goes on: here to the text heuristic.
-      {"RIFF1234ABCD plain words"s, "Plain text", "text"},
-      {withPadding("RIFF\x10\0\0\0ABCD"s, 44), nullptr, nullptr},
+      {"RIFF1234ABCD plain words"s, "Plain text", "text", "text/plain"},
+      {withPadding("RIFF\x10\0\0\0ABCD"s, 44), nullptr, nullptr, nullptr},
       // Eleven bytes skip the RIFF and ISO tests; all printable, so text.
-      {"RIFFabcdWAV"s, "Plain text", "text"},
-      {withPadding("\0\0\0\x20"
-                   "ftypM4A "s,
-                   32),
-       "M4A / MPEG-4 audio", "audio"},
-      {withPadding("\0\0\0\x20"
-                   "ftypM4B "s,
-                   32),
-       "M4A / MPEG-4 audio", "audio"},
-      {withPadding("\0\0\0\x20"
-                   "ftypM4P "s,
-                   32),
-       "M4A / MPEG-4 audio", "audio"},
-      {withPadding("\0\0\0\x20"
-                   "ftypM4V "s,
-                   32),
-       "M4V / MPEG-4 video", "video"},
-      // Any other brand is video, even QuickTime or ISO base media holding only audio.
-      {withPadding("\0\0\0\x14"
-                   "ftypqt  "s,
-                   32),
-       "MP4 / QuickTime media", "video"},
-      {withPadding("\0\0\0\x18"
-                   "ftypisom"s,
-                   32),
-       "MP4 / QuickTime media", "video"},
-      {withPadding("\0\0\0\x18"
-                   "ftypheic"s,
-                   32),
-       "MP4 / QuickTime media", "video"},
-      {withPadding("\0\0\0\x18"
-                   "ftyp\xFF\xFE\xFD\xFC"s,
-                   32),
-       "MP4 / QuickTime media", "video"},
-      {withPadding("ID3\x04\0\0\0\0\0\x0a"s, 30), "MP3 audio", "audio"},
-      {"a"s, "Plain text", "text"},
-      {"ab"s, "Plain text", "text"},
-      {"line one\r\n\tline two\n"s, "Plain text", "text"},
-      {""s, nullptr, nullptr},
-      {std::string(64, '\x01'), nullptr, nullptr},
+      {"RIFFabcdWAV"s, "Plain text", "text", "text/plain"},
+      {isoMedia("M4A "), "M4A / MPEG-4 audio", "audio", "audio/mp4"},
+      {isoMedia("M4B "), "M4A / MPEG-4 audio", "audio", "audio/mp4"},
+      {isoMedia("M4V "), "M4V / MPEG-4 video", "video", "video/mp4"},
+      // iPhone photos are HEIF images, whatever else their brands say.
+      {isoMedia("heic", "mif1heic"), "HEIF image", "image", "image/heif"},
+      {isoMedia("heix"), "HEIF image", "image", "image/heif"},
+      {isoMedia("hevc"), "HEIF image", "image", "image/heif"},
+      {isoMedia("avif", "avifmif1miaf"), "AVIF image", "image", "image/avif"},
+      {isoMedia("avis"), "AVIF image", "image", "image/avif"},
+      // The structural brands say HEIF; their compatible brands tell AV1 from HEVC.
+      {isoMedia("mif1", "mif1heic"), "HEIF image", "image", "image/heif"},
+      {isoMedia("mif1", "mif1avifmiaf"), "AVIF image", "image", "image/avif"},
+      {isoMedia("msf1"), "HEIF image", "image", "image/heif"},
+      // Any other brand is MPEG-4 media, which the table checks below as audio too.
+      {isoMedia("\xFF\xFE\xFD\xFC", "avif"), "MP4 / QuickTime media", "video", ""},
+      {withPadding("ID3\x04\0\0\0\0\0\x0a"s, 30), "MP3 audio", "audio", ""},
+      {"a"s, "Plain text", "text", "text/plain"},
+      {"line one\r\n\tline two\n"s, "Plain text", "text", "text/plain"},
+      {""s, nullptr, nullptr, nullptr},
+      {std::string(64, '\x01'), nullptr, nullptr, nullptr},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(::testing::PrintToString(c.bytes));
@@ -98,36 +95,35 @@ TEST(ContentSignature, firstMatchingTestInTableOrderDecides) {
     if (c.typeName == nullptr) {
       EXPECT_EQ(signature, std::nullopt);
     } else {
-      EXPECT_EQ(signature, (ContentSignature{c.typeName, c.category}));
+      ASSERT_TRUE(signature.has_value());
+      EXPECT_EQ(signature->typeName, c.typeName);
+      EXPECT_EQ(signature->category, c.category);
+      EXPECT_EQ(signature->mimeType, c.mimeType);
     }
   }
 }
 
+TEST(ContentSignature, genericIsoBrandsFitAudioAndVideoAlike) {
+  for (const char* brand : {"isom", "iso2", "mp41", "mp42", "qt  "}) {
+    SCOPED_TRACE(brand);
+    EXPECT_EQ(signatureOf(isoMedia(brand)),
+              (ContentSignature{"MP4 / QuickTime media", "video", "", true}));
+  }
+}
+
 TEST(ContentSignature, textNeedsMoreThanNinetyFivePercentPrintableBytes) {
+  const ContentSignature text{"Plain text", "text", "text/plain", false};
   // 100 bytes with 5 control bytes is exactly 0.95: not text; with 4 it is.
   std::string five = std::string(95, 'x') + std::string(5, '\x01');
   std::string four = std::string(96, 'x') + std::string(4, '\x01');
   EXPECT_EQ(signatureOf(five), std::nullopt);
-  EXPECT_EQ(signatureOf(four), (ContentSignature{"Plain text", "text"}));
+  EXPECT_EQ(signatureOf(four), text);
   // Bytes above 0x7F count against the ratio, so accented UTF-8 can fail it.
   std::string accented;
   for (int i = 0; i < 20; ++i) accented += "caf\xC3\xA9 ";
   EXPECT_EQ(signatureOf(accented), std::nullopt);
   // Only the first 512 bytes count.
-  EXPECT_EQ(signatureOf(std::string(512, 'x') + std::string(512, '\x01')),
-            (ContentSignature{"Plain text", "text"}));
-}
-
-TEST(ContentSignature, detectionReadsOnlyTheHeadAndAnythingUnreadableHasNone) {
-  TempDir dir;
-  EXPECT_EQ(detectContentSignature(
-                dir.write("long.txt", std::string(512, 'a') + std::string(4096, '\0'))),
-            (ContentSignature{"Plain text", "text"}));
-  EXPECT_EQ(detectContentSignature(dir.write("image.bin", "\x89PNG\r\n\x1a\n broken after this"s)),
-            (ContentSignature{"PNG image", "image"}));
-  EXPECT_EQ(detectContentSignature(dir.write("empty.txt", "")), std::nullopt);
-  EXPECT_EQ(detectContentSignature(dir.path() / "missing"), std::nullopt);
-  EXPECT_EQ(detectContentSignature(dir.path()), std::nullopt);  // a directory cannot be read
+  EXPECT_EQ(signatureOf(std::string(512, 'x') + std::string(512, '\x01')), text);
 }
 
 TEST(ContentSignature, categoriesFollowTypeConformance) {
@@ -144,6 +140,8 @@ TEST(ContentSignature, categoriesFollowTypeConformance) {
       {"application/pdf", "archive", false},
       {"application/zip", "archive", true},
       {"application/epub+zip", "archive", true},  // inherits application/zip
+      {"application/x-bzip", "archive", true},    // named by its alias, x-bzip2, too
+      {"application/x-bzip-compressed-tar", "archive", true},
       {"audio/mpeg", "audio", true},
       {"video/quicktime", "video", true},
       {"video/mp4", "video", true},
@@ -151,6 +149,17 @@ TEST(ContentSignature, categoriesFollowTypeConformance) {
       {"text/plain", "text", true},
       {"text/x-python", "text", true},
       {"application/pdf", "text", false},
+      {"application/x-executable", "executable", true},
+      {"application/x-sharedlib", "executable", true},
+      {"application/x-ms-dos-executable", "executable", true},
+      {"application/x-shellscript", "executable", true},  // the database files scripts here
+      {"text/plain", "executable", false},
+      {"application/gzip", "compressed", true},
+      {"application/x-compressed-tar", "compressed", true},  // inherits application/gzip
+      {"image/svg+xml-compressed", "compressed", true},
+      {"application/x-bzip", "compressed", true},
+      {"application/zstd", "compressed", true},
+      {"application/zip", "compressed", false},
       {"image/png", "picture", false},  // not a category
       {"image/png", "Image", false},    // categories are case-sensitive
   };

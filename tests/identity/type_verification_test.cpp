@@ -7,6 +7,7 @@
 #include <fstream>
 #include <iterator>
 
+#include "identity/content_detection.h"
 #include "platform/mime_database.h"
 #include "test_files.h"
 
@@ -38,7 +39,7 @@ Accumulators verify(const std::filesystem::path& file) {
 void verifyWith(const std::filesystem::path& file, const std::optional<ContentType>& platformType,
                 Accumulators& accumulators) {
   const platform::OpenedItem item = test::openedItem(file);
-  verifyFileType(item.url(), item.head(), platformType, accumulators);
+  verifyFileType(item.url(), detectContentSignature(item), platformType, accumulators);
 }
 
 TEST(TypeVerification, renamedFileIsAMismatchWithEveryRowRawEntryAndWarning) {
@@ -49,7 +50,7 @@ TEST(TypeVerification, renamedFileIsAMismatchWithEveryRowRawEntryAndWarning) {
   EXPECT_EQ(rowsOf(renamed), (std::vector<std::pair<std::string, std::string>>{
                                  {"Filename Extension", ".pdf"},
                                  {"Extension Suggests", "PDF document"},
-                                 {"macOS Type", "PDF document"},
+                                 {"MIME Type", "PDF document"},
                                  {"Content Signature", "ZIP archive"},
                                  {"Type Match", "Mismatch detected"}}));
   EXPECT_EQ(renamed.rawMetadata,
@@ -80,7 +81,7 @@ TEST(TypeVerification, renamedFileIsAMismatchWithEveryRowRawEntryAndWarning) {
   EXPECT_EQ(accented.rawMetadata.at("Type Verification Extension"), "\u00E9ps");
 }
 
-TEST(TypeVerification, onlyAContentCategoryTheClaimedTypeLacksIsAMismatch) {
+TEST(TypeVerification, contentThatContradictsEveryTypeOfTheNameIsAMismatch) {
   TempDir dir;
   struct Case {
     const char* name;
@@ -90,7 +91,8 @@ TEST(TypeVerification, onlyAContentCategoryTheClaimedTypeLacksIsAMismatch) {
     bool mismatch;
   };
   const Case cases[] = {
-      {"picture.jpg", fixture("intact.png"), "PNG image", "image/jpeg", false},  // both images
+      // Two different pictures: each has its own decoder and its own risks.
+      {"picture.jpg", fixture("intact.png"), "PNG image", "image/jpeg", true},
       {"notes.txt", fixture("intact.png"), "PNG image", "text/plain", true},
       {"archive.zip", "Just words, not an archive.\n", "Plain text", "application/zip", true},
       {"photo.jpg", "A note, not a photograph.\n", "Plain text", "image/jpeg", true},
@@ -113,6 +115,91 @@ TEST(TypeVerification, onlyAContentCategoryTheClaimedTypeLacksIsAMismatch) {
     });
     EXPECT_EQ(suggests, std::string(c.expected) != "Unknown");
   }
+}
+
+const std::filesystem::path kTypeHealth =
+    std::filesystem::path(LUMENSCRIBE_TEST_DATA_DIR) / "type_health";
+
+TEST(TypeVerification, everydayFilesFitTheirNamesAndDisguisedOnesDoNot) {
+  struct Case {
+    const char* file;
+    const char* signature;
+    bool mismatch;
+  };
+  const Case cases[] = {
+      // Photos and sounds in ISO media boxes.
+      {"photo.heic", "HEIF image", false},
+      {"photo.avif", "AVIF image", false},
+      {"generic_brand.m4a", "MP4 / QuickTime media", false},
+      {"clip.mp4", "MP4 / QuickTime media", false},
+      // Formats written as text, some filed elsewhere by the MIME database.
+      {"certificate.crt", "Plain text", false},
+      {"certificate.pem", "Plain text", false},
+      {"checkers.xbm", "Plain text", false},
+      {"checkers.xpm", "XPM image", false},
+      {"metrics.afm", "Plain text", false},
+      {"teal_ascii.ppm", "PPM image", false},
+      {"id_ed25519.pub", "Plain text", false},  // the database knows .pub as Publisher only
+      {"script_not_executable.txt", "shell script", false},
+      // A gzip-compressed SVG is gzip, and its name says so.
+      {"square.svgz", "Gzip archive", false},
+      {"tone.ogg", "Ogg Vorbis audio", false},
+      // Bytes before a ZIP do not hide it; every ZIP-based format is a ZIP.
+      {"prepended_bytes.zip", "ZIP archive", false},
+      {"archive_named.docx", "ZIP archive", false},
+      {"blank_before_header.pdf", "PDF document", false},
+      // Disguised.
+      {"jpeg_named.png", "JPEG image", true},
+      {"pdf_named.jpg", "PDF document", true},
+      {"gzip_named.txt", "Gzip archive", true},
+      {"zip_named.txt", "ZIP archive", true},
+      {"truncated_png_named.txt", "PNG image", true},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.file);
+    const Accumulators result = verify(kTypeHealth / c.file);
+    EXPECT_EQ(result.rawMetadata.at("Type Verification Signature"), c.signature);
+    EXPECT_EQ(result.rawMetadata.at("Type Verification Result"),
+              c.mismatch ? "Mismatch detected" : "No obvious mismatch");
+    EXPECT_EQ(result.findings.size(), c.mismatch ? 1u : 0u);
+  }
+}
+
+TEST(TypeVerification, aProgramBehindAnotherNameGetsTheStrongestWarning) {
+  const std::string programDetail =
+      "The filename extension suggests one kind of file, but the content is a program (";
+  for (const char* file : {"program_named.txt", "program_named.png", "script_executable.txt"}) {
+    SCOPED_TRACE(file);
+    const Accumulators result = verify(kTypeHealth / file);
+    EXPECT_EQ(result.rawMetadata.at("Type Verification Result"), "Mismatch detected");
+    ASSERT_EQ(result.findings.size(), 1u);
+    EXPECT_EQ(result.findings[0].title, "File type does not match its name");
+    EXPECT_EQ(result.findings[0].level, PrivacyLevel::sensitive);
+    EXPECT_EQ(result.findings[0].detail.substr(0, programDetail.size()), programDetail);
+  }
+  // A program named as one is what it says.
+  TempDir dir;
+  std::ifstream in("/bin/true", std::ios::binary);
+  const std::string program{std::istreambuf_iterator<char>(in), {}};
+  EXPECT_EQ(verify(dir.write("libthing.so", program)).rawMetadata.at("Type Verification Result"),
+            "No obvious mismatch");
+  // A binary behind a script's name is not: a script is read before it is run.
+  EXPECT_EQ(verify(dir.write("thing.py", program)).rawMetadata.at("Type Verification Result"),
+            "Mismatch detected");
+}
+
+TEST(TypeVerification, aNameWithSeveralTypesShowsTheOneTheContentFits) {
+  TempDir dir;
+  // .otf is an OpenType font and an ODF template; "OTTO" opens an OpenType font.
+  using namespace std::string_literals;
+  const auto font =
+      dir.write("face.otf", "OTTO\0\x0a\0\x80\0\x03\0 CFF "s + std::string(200, '\0'));
+  const Accumulators result = verify(font);
+  EXPECT_EQ(result.rawMetadata.at("Type Verification Result"), "No obvious mismatch");
+  EXPECT_EQ(result.rawMetadata.at("Type Verification Expected Type"), "font/otf");
+  // .ogg stands for six kinds of Ogg; a sound is shown as one of the sounds.
+  const Accumulators ogg = verify(kTypeHealth / "tone.ogg");
+  EXPECT_EQ(ogg.rawMetadata.at("Type Verification Expected Type").substr(0, 6), "audio/");
 }
 
 TEST(TypeVerification, platformTypeCanClearASuspicionButNeverRaiseOne) {
@@ -144,7 +231,7 @@ TEST(TypeVerification, platformTypeCanClearASuspicionButNeverRaiseOne) {
               c.platformType ? c.platformType->identifier() : "Unknown");
     const auto rows = rowsOf(accumulators);
     const bool hasPlatformRow = std::any_of(
-        rows.begin(), rows.end(), [](const auto& row) { return row.first == "macOS Type"; });
+        rows.begin(), rows.end(), [](const auto& row) { return row.first == "MIME Type"; });
     EXPECT_EQ(hasPlatformRow, c.platformType.has_value());
   }
 }
@@ -164,7 +251,7 @@ TEST(TypeVerification, nameWithoutExtensionGetsANoteOnlyForAKnownFormat) {
   EXPECT_EQ(readme.findings[0].level, PrivacyLevel::neutral);
 
   Accumulators unknown;
-  verifyWith(dir.write("blob", std::string(32, '\x01')), std::nullopt, unknown);
+  verifyWith(dir.write("blob", std::string(32, '\x02')), std::nullopt, unknown);
   EXPECT_TRUE(unknown.findings.empty());
   EXPECT_EQ(unknown.rawMetadata["Type Verification Signature"], "Unknown");
   EXPECT_EQ(rowsOf(unknown).at(1).second, "No known signature detected");

@@ -119,6 +119,35 @@ TEST(FileInspector, startsNoDecoderForWhatNeedsNone) {
   EXPECT_FALSE(inspector.decoder()->workerPids().empty());
 }
 
+TEST(FileInspector, namesWhatTheContentProvesWhenItContradictsTheName) {
+  const std::filesystem::path fixtures =
+      std::filesystem::path(LUMENSCRIBE_TEST_DATA_DIR) / "type_health";
+  struct Case {
+    const char* file;
+    const char* heading;
+  };
+  const Case cases[] = {
+      {"jpeg_named.png", "JPEG image"},
+      {"program_named.txt", "executable"},
+      {"pdf_named.jpg", "PDF document"},
+      {"photo.heic", "HEIF image"},  // no contradiction: the desktop's own name for it
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.file);
+    const auto result = FileInspector().inspect(fixtures / c.file);
+    ASSERT_TRUE(result);
+    expectInvariants(*result);
+    EXPECT_EQ(result->typeDescription, c.heading);
+    // The sections still come in step order, the fingerprint's before the check's (the image
+    // pass may follow).
+    std::vector<std::string> titles;
+    for (const auto& section : result->sections) titles.push_back(section.title);
+    titles.resize(std::min<std::size_t>(titles.size(), 4));
+    EXPECT_EQ(titles, (std::vector<std::string>{"File", "Identity & Integrity", "Type Verification",
+                                                "File Health"}));
+  }
+}
+
 TEST(FileInspector, inspectsFoldersAndPackagesAsContainers) {
   TempDir dir;
   std::filesystem::create_directory(dir.path() / "Photos");
@@ -131,14 +160,17 @@ TEST(FileInspector, inspectsFoldersAndPackagesAsContainers) {
   EXPECT_EQ(folder->sections[0].systemImage, "folder.fill");
   EXPECT_EQ(sectionTitled(*folder, "Identity & Integrity"), nullptr);
   EXPECT_EQ(rowValue(folder->sections[0], "Size"), "<missing>");
+  EXPECT_EQ(folder->sections[1].title, "Folder Contents");
   // The system metadata describes folders too.
   EXPECT_EQ(folder->sections.back().title, "System Metadata");
-  EXPECT_EQ(folder->summaryItems, std::vector<std::string>{"System Metadata"});
+  EXPECT_EQ(folder->summaryItems,
+            (std::vector<std::string>{"Safe Inspection", "Folder Contents", "System Metadata"}));
 
   const auto package = FileInspector().inspect(dir.path() / "Tool.APP");
   ASSERT_TRUE(package);
   EXPECT_EQ(package->typeDescription, "macOS Package");
   EXPECT_EQ(rowValue(package->sections[0], "Container Type"), "macOS Package");
+  EXPECT_EQ(package->sections[1].title, "Package Contents");
 }
 
 TEST(FileInspector, describesUntypedFilesByTheirExtension) {

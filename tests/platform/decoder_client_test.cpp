@@ -26,8 +26,8 @@ using decoder::RequestKind;
 
 const std::filesystem::path kFixtures = std::filesystem::path(LUMENSCRIBE_TEST_DATA_DIR) / "health";
 
-DecoderClient::Options quickOptions(std::chrono::milliseconds timeout = 20s) {
-  return {LUMENSCRIBE_DECODER_PATH, timeout, 2};
+DecoderClient::Options quickOptions(std::chrono::milliseconds timeout = 20s, int workers = 1) {
+  return {LUMENSCRIBE_DECODER_PATH, timeout, workers};
 }
 
 std::size_t openDescriptors() {
@@ -162,7 +162,7 @@ TEST(DecoderClient, aWorkerOutlivesTheThreadThatStartedIt) {
 }
 
 TEST(DecoderClient, twoRequestsRunAtOnceOnTwoWorkers) {
-  DecoderClient client(quickOptions());
+  DecoderClient client(quickOptions(20s, 2));
   const OpenedItem jpeg = test::openedItem(kFixtures / "intact.jpg");
   auto hung =
       std::async(std::launch::async, [&] { return client.call(RequestKind::testHang, &jpeg); });
@@ -173,6 +173,12 @@ TEST(DecoderClient, twoRequestsRunAtOnceOnTwoWorkers) {
   EXPECT_EQ(client.workerPids().size(), 2u);
   ::kill(hanging, SIGKILL);
   EXPECT_EQ(hung.get().error(), DecoderError::stopped);
+
+  // Warming up fills the pool, and starts no more than it holds.
+  client.warmUp();
+  EXPECT_EQ(client.workerPids().size(), 2u);
+  client.warmUp();
+  EXPECT_EQ(client.workerPids().size(), 2u);
 }
 
 TEST(DecoderClient, noDescriptorOrProcessOutlivesTenCrashes) {

@@ -1,0 +1,184 @@
+// SPDX-FileCopyrightText: 2026 Lumenscribe Project
+// SPDX-License-Identifier: MIT
+#include "analyzers/container_summary.h"
+
+#include <gtest/gtest.h>
+
+#include "analyzers/container_test_support.h"
+
+namespace lumenscribe {
+namespace {
+
+using test::findingTitles;
+using test::Rows;
+using test::rowsOf;
+using test::sectionTitles;
+
+TEST(ContainerSummary, classifiesEachFileByItsExtensionAndName) {
+  struct Case {
+    std::string name;
+    std::string extension;
+    // image, video, audio, document, double extension, flagged name
+    std::array<std::int64_t, 6> counts;
+  };
+  const Case cases[] = {
+      {"IMG_0042.JPG", "jpg", {1, 0, 0, 0, 0, 0}},
+      {"clip.webm", "webm", {0, 1, 0, 0, 0, 0}},
+      {"song.flac", "flac", {0, 0, 1, 0, 0, 0}},
+      {"notes.md", "md", {0, 0, 0, 1, 0, 0}},
+      {"model.stl", "stl", {0, 0, 0, 0, 0, 0}},
+      // Double extensions: an executable last or inner piece, or an archive last.
+      {"invoice.pdf.exe", "exe", {0, 0, 0, 0, 1, 0}},
+      {"run.sh.txt", "txt", {0, 0, 0, 1, 1, 0}},
+      {"photos.tar.gz", "gz", {0, 0, 0, 0, 1, 0}},
+      {"report.final.pdf", "pdf", {0, 0, 0, 1, 0, 0}},
+      {"my.photo.jpg", "jpg", {1, 0, 0, 0, 0, 0}},
+      {"..run..SH", "sh", {0, 0, 0, 0, 0, 0}},  // empty pieces dropped: two pieces
+      {"a..b..SH", "sh", {0, 0, 0, 0, 1, 0}},
+      {"backup.ZIP.txt", "txt", {0, 0, 0, 1, 0, 0}},  // an archive counts only last
+      // A Kelvin sign lower-cases to "k": "PKG" written with it is still an archive.
+      {"setup.tar.P\u212AG", "p\u212Ag", {0, 0, 0, 0, 1, 0}},
+      // Explicit terms are substrings of the lower-cased name, counted once per file.
+      {"Essex map.pdf", "pdf", {0, 0, 0, 1, 0, 1}},
+      {"XXX-porno-SEXY.png", "png", {1, 0, 0, 0, 0, 1}},
+      {"adulting tips.txt", "txt", {0, 0, 0, 1, 0, 1}},
+      {"sussex.csv", "csv", {0, 0, 0, 1, 0, 1}},
+      {"nud e.txt", "txt", {0, 0, 0, 1, 0, 0}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    ContainerSummary summary;
+    classifyContainerFile(c.name, c.extension, summary);
+    const std::array<std::int64_t, 6> counts = {
+        summary.imageCount,    summary.videoCount,           summary.audioCount,
+        summary.documentCount, summary.doubleExtensionCount, summary.suspiciousNameCount};
+    EXPECT_EQ(counts, c.counts);
+    EXPECT_EQ(summary.fileCount, 0);  // counting files is the inventories' part
+  }
+}
+
+TEST(ContainerSummary, takesTheExtensionOfTheLastPathComponent) {
+  const std::pair<std::string_view, std::string_view> cases[] = {
+      {"photo.JPG", "JPG"}, {"docs/readme.txt", "txt"},    {"a.b/c", ""},
+      {".profile", ""},     {"photos/.hidden.jpg", "jpg"}, {"archive.tar.gz", "gz"},
+      {"trailing.", ""},    {"no extension", ""},          {"..x", "x"}};
+  for (const auto& [path, extension] : cases) {
+    EXPECT_EQ(containerExtension(path), extension) << path;
+  }
+}
+
+TEST(ContainerSummary, anEmptyContainerHasOnlyCountsOfZeroAndTheInitialCheck) {
+  Accumulators accumulators;
+  publishContainerSummary(ContainerSummary{}, "Folder", accumulators);
+
+  EXPECT_EQ(sectionTitles(accumulators),
+            (std::vector<std::string>{"Folder Contents", "Safe Inspection"}));
+  EXPECT_EQ(accumulators.sections[0].systemImage, "folder.badge.gearshape");
+  EXPECT_EQ(accumulators.sections[1].systemImage, "checkmark.shield.fill");
+  EXPECT_EQ(rowsOf(accumulators, "Folder Contents"),
+            (Rows{{"Files", "0"}, {"Folders", "0"}, {"Contents Size", "Zero KB"}}));
+  EXPECT_EQ(rowsOf(accumulators, "Safe Inspection"),
+            (Rows{{"Initial Check",
+                   "No obvious container-level warning signs found in this initial inspection"}}));
+  EXPECT_TRUE(accumulators.findings.empty());
+  EXPECT_EQ(accumulators.summaryItems,
+            (std::vector<std::string>{"Safe Inspection", "Folder Contents"}));
+  const RawMetadata raw = {{"Container Files", "0"},
+                           {"Container Folders", "0"},
+                           {"Container Contents Bytes", "0"},
+                           {"Container Hidden Items", "0"},
+                           {"Container Executables", "0"},
+                           {"Container Nested Archives", "0"},
+                           {"Container Images", "0"},
+                           {"Container Videos", "0"},
+                           {"Container Audio", "0"},
+                           {"Container Documents", "0"},
+                           {"Container Double Extensions", "0"},
+                           {"Container Flagged Names", "0"}};
+  EXPECT_EQ(accumulators.rawMetadata, raw);
+}
+
+TEST(ContainerSummary, publishesEveryCountRowPreviewFindingAndRawEntryInOrder) {
+  ContainerSummary summary;
+  summary.fileCount = 31;
+  summary.folderCount = 2;
+  summary.totalBytes = 1'500'000;
+  summary.hiddenCount = 1;
+  summary.executableCount = 2;
+  summary.nestedArchiveCount = 3;
+  summary.imageCount = 4;
+  summary.videoCount = 5;
+  summary.audioCount = 6;
+  summary.documentCount = 7;
+  summary.doubleExtensionCount = 8;
+  summary.suspiciousNameCount = 9;
+  // Ten extensions: ties go by extension, and only eight are shown.
+  summary.extensionCounts = {{"png", 2}, {"jpg", 2}, {"mov", 5}, {"a", 1}, {"b", 1},
+                             {"c", 1},   {"d", 1},   {"e", 1},   {"f", 1}, {"g", 1}};
+  for (int i = 1; i <= 25; ++i) summary.addSample("file " + std::to_string(i));
+  ASSERT_EQ(summary.sampleItems.size(), 20u);
+
+  Accumulators accumulators;
+  publishContainerSummary(summary, "ZIP Archive", accumulators);
+
+  EXPECT_EQ(
+      sectionTitles(accumulators),
+      (std::vector<std::string>{"ZIP Archive Contents", "Contents Preview", "Safe Inspection"}));
+  EXPECT_EQ(accumulators.sections[0].systemImage, "archivebox.fill");
+  EXPECT_EQ(accumulators.sections[1].systemImage, "list.bullet.indent");
+  EXPECT_EQ(
+      rowsOf(accumulators, "ZIP Archive Contents"),
+      (Rows{{"Files", "31"},
+            {"Folders", "2"},
+            {"Contents Size", "1.5 MB"},
+            {"Top Types", "MOV × 5 · JPG × 2 · PNG × 2 · A × 1 · B × 1 · C × 1 · D × 1 · E × 1"},
+            {"Hidden Items", "1"},
+            {"Executables", "2"},
+            {"Nested Archives", "3"}}));
+  const Rows preview = rowsOf(accumulators, "Contents Preview");
+  ASSERT_EQ(preview.size(), 20u);
+  EXPECT_EQ(preview.front(), (std::pair<std::string, std::string>{"01", "file 1"}));
+  EXPECT_EQ(preview.back(), (std::pair<std::string, std::string>{"20", "file 20"}));
+  EXPECT_EQ(rowsOf(accumulators, "Safe Inspection"), (Rows{{"Images", "4"},
+                                                           {"Videos", "5"},
+                                                           {"Audio", "6"},
+                                                           {"Documents", "7"},
+                                                           {"Double Extensions", "8"},
+                                                           {"Flagged Names", "9"},
+                                                           {"Executable Content", "2"},
+                                                           {"Nested Archives", "3"},
+                                                           {"Hidden Items", "1"}}));
+  EXPECT_EQ(accumulators.summaryItems,
+            (std::vector<std::string>{"Safe Inspection", "ZIP Archive Contents"}));
+
+  EXPECT_EQ(
+      findingTitles(accumulators),
+      (std::vector<std::string>{"Visual media is present", "Double-extension filenames found",
+                                "Potentially sensitive filenames found", "Hidden items are present",
+                                "Executable content is present", "Nested archives are present"}));
+  const std::vector<PrivacyLevel> levels = {PrivacyLevel::neutral,   PrivacyLevel::sensitive,
+                                            PrivacyLevel::sensitive, PrivacyLevel::notice,
+                                            PrivacyLevel::sensitive, PrivacyLevel::notice};
+  for (std::size_t i = 0; i < levels.size(); ++i) {
+    EXPECT_EQ(accumulators.findings[i].level, levels[i]) << i;
+  }
+  EXPECT_EQ(accumulators.findings[0].detail,
+            "This container includes 4 image file(s) and 5 video file(s). Lumenscribe has not "
+            "opened or displayed those files.");
+
+  EXPECT_EQ(accumulators.rawMetadata.at("Container Contents Bytes"), "1500000");
+  EXPECT_EQ(accumulators.rawMetadata.at("Container Flagged Names"), "9");
+  EXPECT_EQ(accumulators.rawMetadata.at("Container Type .mov"), "5");
+  EXPECT_EQ(accumulators.rawMetadata.at("Container Type .g"), "1");  // every type, not 8
+  EXPECT_EQ(accumulators.rawMetadata.size(), 12u + 10u);
+}
+
+TEST(ContainerSummary, aSizeSumStopsAtTheLargestCountInsteadOfWrappingAround) {
+  ContainerSummary summary;
+  summary.addBytes(std::numeric_limits<std::int64_t>::max() - 1);
+  summary.addBytes(5);
+  EXPECT_EQ(summary.totalBytes, std::numeric_limits<std::int64_t>::max());
+}
+
+}  // namespace
+}  // namespace lumenscribe

@@ -1,0 +1,95 @@
+// SPDX-FileCopyrightText: 2026 Lumenscribe Project
+// SPDX-License-Identifier: MIT
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+
+#include "lumenscribe/file_inspector.h"
+#include "platform/opened_item.h"
+#include "test_files.h"
+
+namespace lumenscribe {
+namespace {
+
+namespace fs = std::filesystem;
+using test::TempDir;
+
+const fs::path kFixtures = fs::path(LUMENSCRIBE_TEST_DATA_DIR) / "containers";
+
+std::vector<std::string> titlesOf(const LumenscribeResult& result) {
+  std::vector<std::string> titles;
+  for (const auto& section : result.sections) titles.push_back(section.title);
+  return titles;
+}
+
+bool hasSection(const LumenscribeResult& result, std::string_view title) {
+  const auto titles = titlesOf(result);
+  return std::find(titles.begin(), titles.end(), title) != titles.end();
+}
+
+TEST(ContainerSteps, onlyTheZipExtensionInAnyCaseBringsTheListing) {
+  TempDir dir;
+  const fs::path archive = kFixtures / "listing.zip";
+  struct Case {
+    std::string name;
+    bool listed;
+  };
+  for (const Case& c : {Case{"upper.ZIP", true}, Case{"mixed.Zip", true},
+                        Case{"renamed.bin", false}, Case{"zip", false}}) {
+    SCOPED_TRACE(c.name);
+    fs::copy_file(archive, dir.path() / c.name);
+    const auto result = FileInspector().inspect(dir.path() / c.name);
+    ASSERT_TRUE(result);
+    EXPECT_EQ(hasSection(*result, "ZIP Archive Contents"), c.listed);
+    EXPECT_EQ(hasSection(*result, "Safe Inspection"), c.listed);
+  }
+}
+
+TEST(ContainerSteps, theInventoryFollowsTheHealthCheckAndPrecedesTheFindingsDefault) {
+  const auto result = FileInspector().inspect(kFixtures / "listing.zip");
+  ASSERT_TRUE(result);
+  const auto titles = titlesOf(*result);
+  const auto health = std::find(titles.begin(), titles.end(), "File Health");
+  ASSERT_NE(health, titles.end());
+  ASSERT_NE(health + 1, titles.end());
+  EXPECT_EQ(*(health + 1), "ZIP Archive Contents");
+  EXPECT_EQ(result->privacyFindings.front().title, "Visual media is present");
+
+  const auto folder = FileInspector().inspect(kFixtures);
+  ASSERT_TRUE(folder);
+  EXPECT_EQ(titlesOf(*folder).at(1), "Folder Contents");
+}
+
+TEST(ContainerSteps, aStopThroughTheInspectorEndsTheWalkButNotTheInspection) {
+  TempDir dir;
+  for (int i = 0; i < 10; ++i) dir.write("f" + std::to_string(i), "x");
+  std::stop_source stop;
+  stop.request_stop();
+  int progressCalls = 0;
+  const InspectionControl control{stop.get_token(), [&](std::int64_t) { ++progressCalls; }};
+  const auto result = FileInspector().inspect(test::openedItem(dir.path()), control);
+  ASSERT_FALSE(result.sections.empty());
+  EXPECT_EQ(result.rawMetadata.at("Container Files"), "0");
+  EXPECT_EQ(progressCalls, 0);
+}
+
+TEST(ContainerSteps, walkingAFolderLeavesTheAccessTimesOfItsFoldersAlone) {
+  TempDir dir;
+  fs::create_directories(dir.path() / "inner" / "deeper");
+  dir.write("inner/deeper/file.txt", "f");
+  const timespec past[2] = {{1'000'000'000, 0}, {1'000'000'000, 0}};
+  for (const auto& folder : {dir.path() / "inner", dir.path() / "inner" / "deeper"}) {
+    ASSERT_EQ(::utimensat(AT_FDCWD, folder.c_str(), past, 0), 0);
+  }
+  ASSERT_TRUE(FileInspector().inspect(dir.path()));
+  for (const auto& folder : {dir.path() / "inner", dir.path() / "inner" / "deeper"}) {
+    struct stat status {};
+    ASSERT_EQ(::stat(folder.c_str(), &status), 0);
+    EXPECT_EQ(status.st_atim.tv_sec, 1'000'000'000) << folder;
+  }
+}
+
+}  // namespace
+}  // namespace lumenscribe
