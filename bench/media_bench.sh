@@ -11,10 +11,8 @@
 # Usage: bench/media_bench.sh   (needs cmake, ninja, ffmpeg, hyperfine, python3)
 set -euo pipefail
 cd "$(dirname "$0")/.."
-build=build/engine-bench
-cmake -S bench/engine -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release > "$build.log" 2>&1 &&
-  cmake --build "$build" --target media_timing lumenscribe-decoder -j2 >> "$build.log" 2>&1 ||
-  { cat "$build.log" >&2; exit 1; }
+. bench/engine_build.sh
+build_engine_bench media_timing
 timing="$build/media_timing"
 
 work=$(mktemp -d "${TMPDIR:-/tmp}/lumenscribe-media-bench-XXXXXX")
