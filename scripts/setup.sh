@@ -27,14 +27,16 @@ packages=(
   xvfb xauth
   # fuzzing: libFuzzer and the sanitizer runtimes that go with this clang
   clang-14 libclang-rt-14-dev libfuzzer-14-dev
-  # benchmarks
-  openssl hyperfine time libjpeg-dev
+  # benchmarks (python3 reads hyperfine's figures)
+  openssl hyperfine time libjpeg-dev python3
   # health fixtures: ppmtobmp writes the BMP that no image loader we allow reads
   netpbm
   # image metadata fixtures: CMYK JPEG and animated GIF, hand-laid broken EXIF blocks; type and
   # health fixtures, and the tools the no-false-alarm walk asks for a second opinion; media
   # fixtures and the media benchmark's peer (ffmpeg, ffprobe)
   ffmpeg imagemagick python3 p7zip-full xz-utils bzip2 zstd openssh-client
+  # the Debian package: manual pages, icon sizes, dependencies (dpkg-shlibdeps, file), checks
+  help2man librsvg2-bin dpkg-dev file man-db desktop-file-utils lintian bash-completion
 )
 
 missing=()

@@ -6,7 +6,7 @@
 #include <cstring>
 
 #include "analyzers/container_tables.h"
-#include "core/path_text.h"
+#include "core/utf8.h"
 
 namespace lumenscribe {
 
@@ -138,7 +138,7 @@ void ZipListingReader::finish() {
 void ZipListingReader::takeLine(std::string_view bytes) {
   // A line feed is never part of a longer UTF-8 sequence, so checking line by line checks
   // the whole output.
-  if (!isWellFormedUtf8(bytes)) {
+  if (!utf8::isValid(bytes)) {
     validUtf8_ = false;
     return;
   }

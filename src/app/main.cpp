@@ -14,8 +14,14 @@
 namespace {
 
 constexpr const char* kUsage =
-    "Usage: lumenscribe [FILE]\n"
-    "Opens the Lumenscribe window; given FILE (a file or folder), inspects it at once.\n";
+    "Usage: lumenscribe [OPTION]... [FILE]\n"
+    "Opens the Lumenscribe window; given FILE (a file or folder), inspects it at once.\n"
+    "\n"
+    "Options:\n"
+    "  -h, --help     show this help and exit\n"
+    "      --version  show the version and exit\n"
+    "  --             end of options (for files whose names start with '-')\n"
+    "Qt's own options, such as -platform NAME, are understood too.\n";
 
 // Help and version need no display, so they are answered before Qt starts.
 bool answeredWithoutWindow(int argc, char** argv) {

@@ -20,6 +20,7 @@ constexpr const char* kHelp =
     "Tell what a file or folder knows: its real type, health, SHA-256 fingerprint,\n"
     "ownership, format metadata and privacy findings. Everything stays on this machine.\n"
     "\n"
+    "Options:\n"
     "  --json         print one JSON object per item, one per line\n"
     "  -h, --help     show this help and exit\n"
     "  -V, --version  show the version and exit\n"

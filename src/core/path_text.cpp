@@ -2,67 +2,15 @@
 // SPDX-License-Identifier: MIT
 #include "core/path_text.h"
 
-#include <cstdint>
-#include <cstring>
+#include "core/utf8.h"
 
 namespace lumenscribe {
-
-namespace {
-
-// Length of the well-formed UTF-8 sequence at the start of `bytes`, or 0 when it is
-// ill-formed (overlong forms, surrogates and values past U+10FFFF included).
-std::size_t wellFormedLength(std::string_view bytes) {
-  auto at = [&](std::size_t i) { return static_cast<std::uint8_t>(bytes[i]); };
-  const std::uint8_t lead = at(0);
-  if (lead < 0x80) return 1;
-  std::size_t length;
-  std::uint8_t low = 0x80, high = 0xBF;  // allowed range of the second byte
-  if (lead >= 0xC2 && lead <= 0xDF) {
-    length = 2;
-  } else if (lead >= 0xE0 && lead <= 0xEF) {
-    length = 3;
-    if (lead == 0xE0) low = 0xA0;
-    if (lead == 0xED) high = 0x9F;
-  } else if (lead >= 0xF0 && lead <= 0xF4) {
-    length = 4;
-    if (lead == 0xF0) low = 0x90;
-    if (lead == 0xF4) high = 0x8F;
-  } else {
-    return 0;
-  }
-  if (bytes.size() < length) return 0;
-  if (at(1) < low || at(1) > high) return 0;
-  for (std::size_t i = 2; i < length; ++i) {
-    if (at(i) < 0x80 || at(i) > 0xBF) return 0;
-  }
-  return length;
-}
-
-}  // namespace
-
-bool isWellFormedUtf8(std::string_view bytes) {
-  while (!bytes.empty()) {
-    // Most text is ASCII: eight bytes at a time while it is.
-    if (bytes.size() >= 8) {
-      std::uint64_t word;
-      std::memcpy(&word, bytes.data(), sizeof word);
-      if ((word & 0x8080808080808080ULL) == 0) {
-        bytes.remove_prefix(8);
-        continue;
-      }
-    }
-    const std::size_t length = wellFormedLength(bytes);
-    if (length == 0) return false;
-    bytes.remove_prefix(length);
-  }
-  return true;
-}
 
 std::string validUtf8(std::string_view bytes) {
   std::string text;
   text.reserve(bytes.size());
   while (!bytes.empty()) {
-    if (std::size_t length = wellFormedLength(bytes)) {
+    if (std::size_t length = utf8::sequenceLength(bytes, 0)) {
       text.append(bytes.substr(0, length));
       bytes.remove_prefix(length);
     } else {

@@ -12,10 +12,6 @@ namespace lumenscribe {
 /// can be shown, printed as JSON and written to a report.
 std::string validUtf8(std::string_view bytes);
 
-/// True when `bytes` are well-formed UTF-8 throughout: no overlong forms, no surrogates,
-/// nothing past U+10FFFF.
-bool isWellFormedUtf8(std::string_view bytes);
-
 /// The last path component as the file system stores it (not yet UTF-8 checked).
 std::string lastPathComponent(const std::filesystem::path& path);
 

@@ -11,10 +11,14 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <ctime>
 #include <exception>
 #include <memory>
 #include <mutex>
 #include <string>
+#include <vector>
+
+#include "decoder/pdf_text.h"
 
 namespace lumenscribe::decoder {
 
@@ -78,7 +82,96 @@ std::optional<RgbaImage> toRgba(const poppler::image& image, const PreviewBox& b
   return out;
 }
 
+std::span<const std::uint16_t> unitsOf(const poppler::ustring& text) {
+  return {reinterpret_cast<const std::uint16_t*>(text.data()), text.size()};
+}
+
+// Present only when the dictionary has the key; a value that is not a string reads as empty.
+std::optional<std::string> infoEntry(const poppler::document& document,
+                                     const std::vector<std::string>& keys, const char* key) {
+  if (std::find(keys.begin(), keys.end(), key) == keys.end()) return std::nullopt;
+  std::string text = infoText(unitsOf(document.info_key(key)));
+  truncateText(text, platform::decoder::kMaxPdfInfoText);
+  return text;
+}
+
+// Present only when the entry reads as a date (info_date_t gives -1 otherwise).
+std::optional<std::int64_t> infoDate(const poppler::document& document,
+                                     const std::vector<std::string>& keys, const char* key) {
+  if (std::find(keys.begin(), keys.end(), key) == keys.end()) return std::nullopt;
+  const time_t date = document.info_date_t(key);
+  if (date == static_cast<time_t>(-1)) return std::nullopt;
+  return static_cast<std::int64_t>(date);
+}
+
+void readInfo(const poppler::document& document, PdfAnalysis& analysis) {
+  const std::vector<std::string> keys = document.info_keys();
+  analysis.title = infoEntry(document, keys, "Title");
+  analysis.author = infoEntry(document, keys, "Author");
+  analysis.subject = infoEntry(document, keys, "Subject");
+  analysis.creator = infoEntry(document, keys, "Creator");
+  analysis.producer = infoEntry(document, keys, "Producer");
+  analysis.creationDate = infoDate(document, keys, "CreationDate");
+  analysis.modificationDate = infoDate(document, keys, "ModDate");
+}
+
+std::optional<PageSize> mediaBoxSize(const poppler::page& page) {
+  const poppler::rectf box = page.page_rect(poppler::media_box);
+  const double width = std::abs(box.width());
+  const double height = std::abs(box.height());
+  if (!std::isfinite(width) || !std::isfinite(height)) return std::nullopt;
+  return PageSize{width, height};
+}
+
+// A page's text in reading order, as pdftotext gives it by default, without the line feeds
+// and the form feed poppler ends every page with.
+std::string pageText(const poppler::page& page) {
+  std::string text = utf8FromUtf16(
+      unitsOf(page.text(poppler::rectf(), poppler::page::non_raw_non_physical_layout)));
+  if (text.ends_with('\f')) text.pop_back();
+  while (text.ends_with('\n')) text.pop_back();
+  return text;
+}
+
+void readPages(const poppler::document& document, PageRange range, PdfAnalysis& analysis) {
+  analysis.pageCount = std::max(0, document.pages());
+  const int end = range.first + std::min(range.count, analysis.pageCount - range.first);
+  for (int index = range.first; index < end; ++index) {
+    // A page poppler cannot make counts as a page without text.
+    const std::unique_ptr<poppler::page> page(document.create_page(index));
+    const std::string text = page ? pageText(*page) : std::string();
+    if (index == 0 && page) analysis.firstPageSize = mediaBoxSize(*page);
+    if (hasVisibleText(text)) ++analysis.textPageCount;
+    if (!analysis.textComplete) continue;
+    const std::size_t separator = index > range.first ? 1 : 0;
+    if (analysis.text.size() + separator + text.size() > platform::decoder::kMaxPdfText) {
+      analysis.textComplete = false;
+      continue;
+    }
+    if (separator != 0) analysis.text.push_back('\n');
+    analysis.text.append(text);
+  }
+}
+
 }  // namespace
+
+// A library exception or running out of memory is left to the request handler, which
+// answers that the work failed rather than that the document does not open.
+PdfAnalysis analyzePdf(const ItemBytes& item, PageRange range) {
+  PdfAnalysis analysis;
+  const OpenDocument open = load(item);
+  if (!open.document) return analysis;
+  analysis.opened = true;
+  if (open.document->is_locked()) {
+    analysis.encrypted = true;
+    analysis.locked = true;
+    return analysis;
+  }
+  analysis.encrypted = open.document->is_encrypted();
+  readInfo(*open.document, analysis);
+  readPages(*open.document, range, analysis);
+  return analysis;
+}
 
 PdfOpenFacts openPdf(const ItemBytes& item) {
   PdfOpenFacts facts;

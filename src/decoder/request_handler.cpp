@@ -97,6 +97,11 @@ Reply serve(RequestKind kind, Reader& in, const ItemBytes& item) {
     case RequestKind::pdfFacts:
       if (!in.finished() || item.fd < 0) return bad;
       return ok(openPdf(item));
+    case RequestKind::pdfAnalysis: {
+      const auto range = readPageRange(in);
+      if (!range || !in.finished() || item.fd < 0) return bad;
+      return ok(analyzePdf(item, *range));
+    }
     case RequestKind::pdfFirstPage:
     case RequestKind::picturePreview: {
       const auto box = readPreviewBox(in);

@@ -10,7 +10,9 @@
 #include "analyzers/folder_inventory.h"
 #include "analyzers/image_pass.h"
 #include "analyzers/media_tags.h"
+#include "analyzers/pdf_analysis.h"
 #include "analyzers/system_metadata.h"
+#include "analyzers/text_analysis.h"
 #include "analyzers/video_analysis.h"
 #include "analyzers/zip_inventory.h"
 #include "core/accumulators.h"
@@ -120,6 +122,9 @@ LumenscribeResult FileInspector::inspect(const platform::OpenedItem& item,
   // more than one of these tests and is then analysed by each. Audio and video share one
   // probe of the file.
   const auto& type = facts.contentType;
+  if ((type && type->conformsTo(AbstractType::pdf)) || asciiLower(pathExtension(url)) == "pdf") {
+    analyzePDF(item, *decoder_, accumulators);
+  }
   const bool audio = type && type->conformsTo(AbstractType::audio);
   const bool video =
       type && (type->conformsTo(AbstractType::movie) || type->conformsTo(AbstractType::video));
@@ -128,9 +133,12 @@ LumenscribeResult FileInspector::inspect(const platform::OpenedItem& item,
     if (audio) analyzeAudio(media, accumulators);
     if (video) analyzeVideo(media, accumulators);
   }
+  if (type &&
+      (type->conformsTo(AbstractType::text) || type->conformsTo(AbstractType::sourceCode))) {
+    analyzeText(item, accumulators);
+  }
 
   // Last, the image pass for every item.
-
   addImagePass(imageProperties.get(), accumulators);
 
   completeFindingsAndSummary(accumulators);

@@ -47,7 +47,9 @@ std::filesystem::path locateWorker() {
     candidates.push_back(folder / kWorkerName);
     candidates.push_back(folder / LUMENSCRIBE_DECODER_INSTALL_RELATIVE / kWorkerName);
   }
+#ifdef LUMENSCRIBE_DECODER_BUILD_PATH
   candidates.push_back(LUMENSCRIBE_DECODER_BUILD_PATH);
+#endif
   for (const auto& candidate : candidates) {
     if (::access(candidate.c_str(), X_OK) == 0) return candidate;
   }
@@ -269,6 +271,14 @@ Expected<MediaPacketFacts> DecoderClient::mediaPackets(const OpenedItem& item) {
   write(arguments, checkBudget());
   return request<MediaPacketFacts>(RequestKind::mediaPackets, &item, arguments.data(),
                                    [](Reader& in) { return readMediaPacketFacts(in); });
+}
+
+Expected<PdfAnalysis> DecoderClient::pdfAnalysis(const OpenedItem& item, PageRange range) {
+  if (range.first < 0 || range.count < 0) return make_error_code(DecoderError::refused);
+  Writer arguments;
+  write(arguments, range);
+  return request<PdfAnalysis>(RequestKind::pdfAnalysis, &item, arguments.data(),
+                              [](Reader& in) { return readPdfAnalysis(in); });
 }
 
 namespace {

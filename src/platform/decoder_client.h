@@ -68,6 +68,9 @@ class DecoderClient {
 
   Expected<decoder::ImageDecodeStatus> imageStatus(const OpenedItem& item);
   Expected<decoder::PdfOpenFacts> pdfFacts(const OpenedItem& item);
+  /// Everything the PDF analysis reads: facts, info attributes, and of the pages in `range`
+  /// the text facts, page 0's size and their text.
+  Expected<decoder::PdfAnalysis> pdfAnalysis(const OpenedItem& item, decoder::PageRange range = {});
   /// Page 0 of a PDF or the picture itself, to fit `box`; nothing when there is none to show.
   Expected<std::optional<decoder::RgbaImage>> pdfFirstPage(const OpenedItem& item,
                                                            decoder::PreviewBox box);

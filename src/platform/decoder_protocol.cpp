@@ -7,7 +7,7 @@
 #include <chrono>
 #include <cmath>
 
-#include "core/path_text.h"
+#include "core/utf8.h"
 
 namespace lumenscribe::platform::decoder {
 
@@ -95,7 +95,7 @@ class PropertyReader {
     MetadataValue::Map map;
     for (std::uint32_t i = 0; i < count; ++i) {
       std::string key = in_.text(kMaxPropertyKey);
-      if (!in_.ok() || !isWellFormedUtf8(key)) return std::nullopt;
+      if (!in_.ok() || !utf8::isValid(key)) return std::nullopt;
       auto value = property(depth);
       if (!value || !map.try_emplace(std::move(key), std::move(*value)).second) {
         return std::nullopt;
@@ -112,7 +112,7 @@ class PropertyReader {
     switch (kind) {
       case PropertyKind::text: {
         std::string text = in_.text(kMaxPropertyText);
-        if (!in_.ok() || !isWellFormedUtf8(text)) return std::nullopt;
+        if (!in_.ok() || !utf8::isValid(text)) return std::nullopt;
         return MetadataValue(std::move(text));
       }
       case PropertyKind::integer: {
@@ -150,14 +150,44 @@ class PropertyReader {
   std::size_t nodesLeft_ = kMaxPropertyNodes;
 };
 
-// ---- Media descriptions ----------------------------------------------------------------
-
-void writeReal(Writer& out, double number) { out.i64(std::bit_cast<std::int64_t>(number)); }
-
 void writeOptionalText(Writer& out, const std::optional<std::string>& text) {
   out.u8(text.has_value());
   if (text) out.text(*text);
 }
+
+void writeOptionalNumber(Writer& out, const std::optional<std::int64_t>& number) {
+  out.u8(number.has_value());
+  if (number) out.i64(*number);
+}
+
+bool readUtf8(Reader& in, std::size_t maxSize, std::string& text) {
+  text = in.text(maxSize);
+  return in.ok() && utf8::isValid(text);
+}
+
+bool readOptionalText(Reader& in, std::size_t maxSize, std::optional<std::string>& text) {
+  bool present = false;
+  if (!readBool(in, present)) return false;
+  if (!present) return true;
+  text.emplace();
+  return readUtf8(in, maxSize, *text);
+}
+
+bool readOptionalNumber(Reader& in, std::optional<std::int64_t>& number) {
+  bool present = false;
+  if (!readBool(in, present)) return false;
+  if (present) number = in.i64();
+  return in.ok();
+}
+
+bool readExtent(Reader& in, double& extent) {
+  extent = std::bit_cast<double>(in.i64());
+  return in.ok() && std::isfinite(extent) && extent >= 0;
+}
+
+// ---- Media descriptions ----------------------------------------------------------------
+
+void writeReal(Writer& out, double number) { out.i64(std::bit_cast<std::int64_t>(number)); }
 
 // A finite number within [low, high]; nothing otherwise.
 std::optional<double> readReal(Reader& in, double low, double high) {
@@ -170,20 +200,6 @@ std::optional<float> readFloat(Reader& in, double low, double high) {
   const auto number = readReal(in, low, high);
   if (!number) return std::nullopt;
   return static_cast<float>(*number);
-}
-
-// UTF-8 text of at most `maxSize` bytes, into `text`.
-bool readUtf8(Reader& in, std::size_t maxSize, std::string& text) {
-  text = in.text(maxSize);
-  return in.ok() && isWellFormedUtf8(text);
-}
-
-bool readOptionalText(Reader& in, std::size_t maxSize, std::optional<std::string>& text) {
-  bool present = false;
-  if (!readBool(in, present)) return false;
-  if (!present) return true;
-  text.emplace();
-  return readUtf8(in, maxSize, *text) && !text->empty();
 }
 
 void writeAudioFormat(Writer& out, const AudioProcessingFormat& format) {
@@ -234,10 +250,11 @@ std::optional<VideoTrackFacts> readVideoTrack(Reader& in) {
     return std::nullopt;
   }
   if (hasCodec) track.codec = in.u32();
-  if (!readOptionalText(in, kMaxMediaText, track.colorPrimaries) ||
-      !readOptionalText(in, kMaxMediaText, track.transferFunction) ||
-      !readOptionalText(in, kMaxMediaText, track.ycbcrMatrix)) {
-    return std::nullopt;
+  for (std::optional<std::string>* name :
+       {&track.colorPrimaries, &track.transferFunction, &track.ycbcrMatrix}) {
+    if (!readOptionalText(in, kMaxMediaText, *name) || (*name && (*name)->empty())) {
+      return std::nullopt;
+    }
   }
   track.naturalWidth = *width;
   track.naturalHeight = *height;
@@ -358,6 +375,32 @@ void write(Writer& out, const PdfOpenFacts& facts) {
   out.i32(facts.pageCount);
 }
 
+void write(Writer& out, const PdfAnalysis& analysis) {
+  out.u8(analysis.opened);
+  out.u8(analysis.encrypted);
+  out.u8(analysis.locked);
+  out.i32(analysis.pageCount);
+  out.i32(analysis.textPageCount);
+  for (const auto* text : {&analysis.title, &analysis.author, &analysis.subject, &analysis.creator,
+                           &analysis.producer}) {
+    writeOptionalText(out, *text);
+  }
+  writeOptionalNumber(out, analysis.creationDate);
+  writeOptionalNumber(out, analysis.modificationDate);
+  out.u8(analysis.firstPageSize.has_value());
+  if (analysis.firstPageSize) {
+    out.i64(std::bit_cast<std::int64_t>(analysis.firstPageSize->width));
+    out.i64(std::bit_cast<std::int64_t>(analysis.firstPageSize->height));
+  }
+  out.text(analysis.text);
+  out.u8(analysis.textComplete);
+}
+
+void write(Writer& out, const PageRange& range) {
+  out.i32(range.first);
+  out.i32(range.count);
+}
+
 void write(Writer& out, const std::optional<RgbaImage>& image) {
   out.u8(image.has_value());
   if (!image) return;
@@ -407,6 +450,47 @@ std::optional<PdfOpenFacts> readPdfOpenFacts(Reader& in) {
   facts.pageCount = in.i32();
   if (!in.ok() || facts.pageCount < 0) return std::nullopt;
   return facts;
+}
+
+std::optional<PdfAnalysis> readPdfAnalysis(Reader& in) {
+  PdfAnalysis analysis;
+  if (!readBool(in, analysis.opened) || !readBool(in, analysis.encrypted) ||
+      !readBool(in, analysis.locked)) {
+    return std::nullopt;
+  }
+  analysis.pageCount = in.i32();
+  analysis.textPageCount = in.i32();
+  if (!in.ok() || analysis.pageCount < 0 || analysis.textPageCount < 0 ||
+      analysis.textPageCount > analysis.pageCount) {
+    return std::nullopt;
+  }
+  for (auto* text : {&analysis.title, &analysis.author, &analysis.subject, &analysis.creator,
+                     &analysis.producer}) {
+    if (!readOptionalText(in, kMaxPdfInfoText, *text)) return std::nullopt;
+  }
+  if (!readOptionalNumber(in, analysis.creationDate) ||
+      !readOptionalNumber(in, analysis.modificationDate)) {
+    return std::nullopt;
+  }
+  bool hasPageSize = false;
+  if (!readBool(in, hasPageSize)) return std::nullopt;
+  if (hasPageSize) {
+    PageSize size;
+    if (!readExtent(in, size.width) || !readExtent(in, size.height)) return std::nullopt;
+    analysis.firstPageSize = size;
+  }
+  if (!readUtf8(in, kMaxPdfText, analysis.text) || !readBool(in, analysis.textComplete)) {
+    return std::nullopt;
+  }
+  return analysis;
+}
+
+std::optional<PageRange> readPageRange(Reader& in) {
+  PageRange range;
+  range.first = in.i32();
+  range.count = in.i32();
+  if (!in.ok() || range.first < 0 || range.count < 0) return std::nullopt;
+  return range;
 }
 
 std::optional<std::optional<RgbaImage>> readPreview(Reader& in, const PreviewBox& box) {

@@ -42,6 +42,7 @@ enum class RequestKind : std::uint16_t {
   pdfStructure = 6,      // poppler's and qpdf's structural checks of a whole PDF
   compressedStream = 7,  // a full decompression test of a gzip, bzip2, xz or zstd stream
   mediaPackets = 8,      // every packet of an audio or video file, demuxed, not decoded
+  pdfAnalysis = 9,       // the facts, info attributes, page texts and whole text of a PDF
   // The property map of image 0: pixels, colour, EXIF, GPS, IPTC, XMP...
   imageProperties = 17,
   // The streams, tracks and tags of an audio or video file, read in one probe.
@@ -218,6 +219,58 @@ struct CheckBudget {
 };
 inline constexpr std::int32_t kMaxCheckBudgetMilliseconds = 10 * 60 * 1000;
 
+/// Width and height of a page box, in points.
+struct PageSize {
+  double width = 0;
+  double height = 0;
+
+  friend bool operator==(const PageSize&, const PageSize&) = default;
+};
+
+/// The pages a PDF analysis reads: `count` pages from index `first` (fewer where the document
+/// ends), so that two workers can share a long document.
+struct PageRange {
+  std::int32_t first = 0;
+  std::int32_t count = INT32_MAX;
+
+  friend bool operator==(const PageRange&, const PageRange&) = default;
+};
+
+/// The whole text a PDF analysis sends at most; a longer text is cut at a page end.
+inline constexpr std::size_t kMaxPdfText = 56 * 1024 * 1024;
+/// The longest info-dictionary value it sends; a longer one is cut at a character end.
+inline constexpr std::size_t kMaxPdfInfoText = 1024 * 1024;
+
+/// What the PDF analysis reads of a document and of the pages of a range. A document locked
+/// by a user password is reported encrypted and locked, and nothing else of it is touched.
+struct PdfAnalysis {
+  bool opened = false;  // false: the reader could not open the document at all
+  bool encrypted = false;
+  bool locked = false;
+  std::int32_t pageCount = 0;  // of the whole document
+  /// Pages of the range whose text, trimmed of white space (form feeds included), is not
+  /// empty.
+  std::int32_t textPageCount = 0;
+  /// The info dictionary's text entries (UTF-8), each only when the document has it.
+  std::optional<std::string> title;
+  std::optional<std::string> author;
+  std::optional<std::string> subject;
+  std::optional<std::string> creator;
+  std::optional<std::string> producer;
+  /// Its dates, in seconds since 1970 UTC, each only when present and readable as a date.
+  std::optional<std::int64_t> creationDate;
+  std::optional<std::int64_t> modificationDate;
+  /// Absolute width and height of page 0's media box; nothing without a page 0 or when the
+  /// range does not hold it.
+  std::optional<PageSize> firstPageSize;
+  /// The texts of the range's pages joined with line feeds (UTF-8), empty pages included.
+  std::string text;
+  /// False when `text` was cut at a page end to stay within kMaxPdfText.
+  bool textComplete = true;
+
+  friend bool operator==(const PdfAnalysis&, const PdfAnalysis&) = default;
+};
+
 /// 8-bit RGBA pixels, rows top to bottom, no padding.
 struct RgbaImage {
   std::int32_t width = 0;
@@ -361,6 +414,8 @@ inline constexpr double kMaxMediaSeconds = 1e12;
 
 void write(Writer& out, ImageDecodeStatus status);
 void write(Writer& out, const PdfOpenFacts& facts);
+void write(Writer& out, const PdfAnalysis& analysis);
+void write(Writer& out, const PageRange& range);
 void write(Writer& out, const std::optional<RgbaImage>& image);
 void write(Writer& out, const PreviewBox& box);
 void write(Writer& out, const ConfinementProbe& probe);
@@ -379,6 +434,10 @@ void write(Writer& out, const MediaDescription& media);
 // payload, an unknown status, a preview larger than its box or with the wrong pixel count.
 std::optional<ImageDecodeStatus> readImageDecodeStatus(Reader& in);
 std::optional<PdfOpenFacts> readPdfOpenFacts(Reader& in);
+/// Also fails on a text that is not UTF-8, a negative or impossible count, or a page size
+/// that is not a finite, non-negative number.
+std::optional<PdfAnalysis> readPdfAnalysis(Reader& in);
+std::optional<PageRange> readPageRange(Reader& in);
 std::optional<std::optional<RgbaImage>> readPreview(Reader& in, const PreviewBox& box);
 std::optional<PreviewBox> readPreviewBox(Reader& in);
 std::optional<ConfinementProbe> readConfinementProbe(Reader& in);

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Lumenscribe Project
 // SPDX-License-Identifier: MIT
 #include "core/path_text.h"
+#include "core/utf8.h"
 
 #include <gtest/gtest.h>
 
@@ -45,7 +46,7 @@ TEST(FileUrl, percentEncodesEveryByteThatIsNotPlain) {
   EXPECT_EQ(fileUrl("/x/caf\xC3\xA9"), "file:///x/caf%C3%A9");
 }
 
-TEST(PathText, wellFormedUtf8RefusesEveryIllFormedSequenceWhereverItStands) {
+TEST(Utf8, refusesEveryIllFormedSequenceWhereverItStands) {
   using namespace std::string_literals;
   const std::pair<std::string, bool> cases[] = {
       {"", true},
@@ -61,7 +62,7 @@ TEST(PathText, wellFormedUtf8RefusesEveryIllFormedSequenceWhereverItStands) {
       {"1234567\xC3", false},
   };
   for (const auto& [bytes, valid] : cases) {
-    EXPECT_EQ(isWellFormedUtf8(bytes), valid) << testing::PrintToString(bytes);
+    EXPECT_EQ(utf8::isValid(bytes), valid) << testing::PrintToString(bytes);
     EXPECT_EQ(validUtf8(bytes) == bytes, valid);
   }
 }

@@ -308,6 +308,69 @@ TEST(FileInspector, anOpenedFolderStaysTheFolderWhenItsPathIsSwappedForALink) {
   EXPECT_FALSE(item.facts().isSymbolicLink);
 }
 
+std::vector<std::string> titlesOf(const LumenscribeResult& result) {
+  std::vector<std::string> titles;
+  for (const auto& section : result.sections) titles.push_back(section.title);
+  return titles;
+}
+
+TEST(FileInspector, analysesPdfsAndTextsAfterTheHealthCheckAsTheirTypeDecides) {
+  TempDir dir;
+  const std::filesystem::path data = LUMENSCRIBE_TEST_DATA_DIR;
+  const auto pdf = dir.path() / "Letter.PDF";
+  std::filesystem::copy_file(data / "pdf/letter_contacts.pdf", pdf);
+  const auto letter = FileInspector().inspect(pdf);
+  ASSERT_TRUE(letter);
+  expectInvariants(*letter);
+  const auto titles = titlesOf(*letter);
+  const auto health = std::find(titles.begin(), titles.end(), "File Health");
+  ASSERT_NE(health, titles.end());
+  EXPECT_EQ(std::vector<std::string>(health + 1, titles.end()),
+            (std::vector<std::string>{"System Metadata", "Document", "Document Structure",
+                                      "PDF Content Analysis"}));
+
+  const auto text = FileInspector().inspect(dir.write("notes.txt", "Mail ann@example.org\n"));
+  ASSERT_TRUE(text);
+  expectInvariants(*text);
+  EXPECT_EQ(titlesOf(*text).back(), "Text Analysis");
+  EXPECT_EQ(text->privacyFindings.back().title, "Email addresses are present");
+  EXPECT_EQ(sectionTitled(*text, "Document"), nullptr);
+
+  // A source file is text too; a text file named .pdf is neither a PDF nor analysed as text.
+  const auto script = FileInspector().inspect(dir.write("tool.py", "print(1)\n"));
+  ASSERT_NE(sectionTitled(*script, "Text Analysis"), nullptr);
+  EXPECT_EQ(rowValue(*sectionTitled(*script, "Text Analysis"), "Source Type"), "Python");
+  const auto fake = FileInspector().inspect(dir.write("fake.pdf", "just words\n"));
+  ASSERT_TRUE(fake);
+  EXPECT_EQ(sectionTitled(*fake, "Document"), nullptr);
+  EXPECT_EQ(sectionTitled(*fake, "Text Analysis"), nullptr);
+}
+
+TEST(FileInspector, analysesAudioAndVideoAfterTheSystemMetadataAsTheirTypeDecides) {
+  const std::filesystem::path media = std::filesystem::path(LUMENSCRIBE_TEST_DATA_DIR) / "media";
+  const FileInspector inspector;
+  const struct {
+    const char* file;
+    std::vector<std::string> sections;
+  } cases[] = {
+      {"tagged.mp3", {"System Metadata", "Audio", "Audio Tags"}},
+      {"portrait.mp4", {"System Metadata", "Video"}},
+      // Matroska audio is filed under video too: one probe serves both analyses.
+      {"latin1_tags.mka", {"System Metadata", "Audio", "Audio Tags", "Video"}},
+      {"text_named.mp4", {"System Metadata", "Video"}},
+  };
+  for (const auto& test : cases) {
+    SCOPED_TRACE(test.file);
+    const auto result = inspector.inspect(media / test.file);
+    ASSERT_TRUE(result);
+    expectInvariants(*result);
+    const auto titles = titlesOf(*result);
+    const auto health = std::find(titles.begin(), titles.end(), "File Health");
+    ASSERT_NE(health, titles.end());
+    EXPECT_EQ(std::vector<std::string>(health + 1, titles.end()), test.sections);
+  }
+}
+
 TEST(FileInspector, leavesTheInspectedFileUntouched) {
   TempDir dir;
   const auto file = dir.write("photo.jpg", std::string(3 * 1024 * 1024, 'x'));
