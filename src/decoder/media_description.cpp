@@ -12,6 +12,7 @@ extern "C" {
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstring>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -144,10 +145,25 @@ std::optional<std::uint32_t> codecCodeOf(const AVCodecParameters* parameters) {
   return std::nullopt;
 }
 
-// A name FFmpeg gives a colour value the file specifies; nothing for unspecified or reserved.
-std::optional<std::string> colourName(const char* name, bool specified) {
-  if (!specified || name == nullptr || std::string_view(name) == "reserved") return std::nullopt;
-  return validText(name, kMaxMediaText);
+// An enum field of FFmpeg's as the integer it holds, which may lie outside the enum.
+template <class Code>
+int codeOf(const Code& field) {
+  static_assert(sizeof(Code) == sizeof(int));
+  int value = 0;
+  std::memcpy(&value, &field, sizeof value);
+  return value;
+}
+
+// The name FFmpeg gives a colour code the file specifies; nothing for one left unspecified,
+// reserved or unknown. FFmpeg copies these codes from the file into its enums unchecked, so
+// they are read as the integers they are and named only within the enum's range.
+template <class Code, class Name>
+std::optional<std::string> colourName(const Code& field, int unspecified, int count, Name name) {
+  const int value = codeOf(field);
+  if (value == unspecified || value < 0 || value >= count) return std::nullopt;
+  const char* text = name(static_cast<Code>(value));
+  if (text == nullptr || std::string_view(text) == "reserved") return std::nullopt;
+  return validText(text, kMaxMediaText);
 }
 
 VideoTrackFacts videoTrackOf(const AVStream* stream) {
@@ -160,12 +176,12 @@ VideoTrackFacts videoTrackOf(const AVStream* stream) {
       rateOf(stream->avg_frame_rate).value_or(rateOf(stream->r_frame_rate).value_or(0)));
   track.estimatedDataRate = dataRateOf(parameters);
   track.codec = codecCodeOf(parameters);
-  track.colorPrimaries = colourName(av_color_primaries_name(parameters->color_primaries),
-                                    parameters->color_primaries != AVCOL_PRI_UNSPECIFIED);
-  track.transferFunction = colourName(av_color_transfer_name(parameters->color_trc),
-                                      parameters->color_trc != AVCOL_TRC_UNSPECIFIED);
-  track.ycbcrMatrix = colourName(av_color_space_name(parameters->color_space),
-                                 parameters->color_space != AVCOL_SPC_UNSPECIFIED);
+  track.colorPrimaries = colourName(parameters->color_primaries, AVCOL_PRI_UNSPECIFIED,
+                                    AVCOL_PRI_NB, av_color_primaries_name);
+  track.transferFunction = colourName(parameters->color_trc, AVCOL_TRC_UNSPECIFIED, AVCOL_TRC_NB,
+                                      av_color_transfer_name);
+  track.ycbcrMatrix =
+      colourName(parameters->color_space, AVCOL_SPC_UNSPECIFIED, AVCOL_SPC_NB, av_color_space_name);
   return track;
 }
 
@@ -211,14 +227,14 @@ std::variant<AudioProcessingFormat, int> processingFormatOf(const AVFormatContex
 
   // Most decoders settle their output format when they open; the few that wait for the
   // first frame delivered it to the probe.
-  auto sampleFormat = context->sample_fmt;
-  if (sampleFormat == AV_SAMPLE_FMT_NONE) {
-    sampleFormat = static_cast<AVSampleFormat>(stream->codecpar->format);
-  }
+  const auto known = [](int format) { return format >= 0 && format < AV_SAMPLE_FMT_NB; };
+  int sampleFormat = codeOf(context->sample_fmt);
+  if (!known(sampleFormat)) sampleFormat = stream->codecpar->format;
   AudioProcessingFormat processing;
   processing.sampleRate = std::max(context->sample_rate, 0);
   processing.channelCount = channelCountOf(context->ch_layout);
-  const int bytes = sampleFormat == AV_SAMPLE_FMT_NONE ? 0 : av_get_bytes_per_sample(sampleFormat);
+  const int bytes =
+      known(sampleFormat) ? av_get_bytes_per_sample(static_cast<AVSampleFormat>(sampleFormat)) : 0;
   processing.bitsPerChannel = static_cast<std::uint32_t>(std::clamp(bytes * 8, 0, 64));
   processing.formatCode = fourCharCode("lpcm");
   processing.frameCount = frameCountOf(format, stream, context->sample_rate);
