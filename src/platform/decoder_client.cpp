@@ -316,6 +316,11 @@ Expected<std::optional<ImageProperties>> DecoderClient::imageProperties(const Op
       RequestKind::imageProperties, &item, {}, [](Reader& in) { return readImageProperties(in); });
 }
 
+Expected<MediaDescription> DecoderClient::mediaDescription(const OpenedItem& item) {
+  return request<MediaDescription>(RequestKind::mediaDescription, &item, {},
+                                   [](Reader& in) { return readMediaDescription(in); });
+}
+
 Expected<std::vector<std::byte>> DecoderClient::call(RequestKind kind, const OpenedItem* item,
                                                      std::span<const std::byte> arguments) {
   return request<std::vector<std::byte>>(kind, item, arguments, [](Reader& in) {
