@@ -18,8 +18,8 @@ namespace {
 
 using namespace lumenscribe;
 
-constexpr std::array<std::string_view, 6> kCategories = {"image", "pdf",   "archive",
-                                                         "audio", "video", "text"};
+constexpr std::array<std::string_view, 8> kCategories = {
+    "image", "pdf", "archive", "audio", "video", "text", "executable", "compressed"};
 
 // The text after the last dot among the input's last 16 bytes, as an extension follows a
 // file's stem: the name rides on the tail so that seed files keep their real first bytes.

@@ -15,6 +15,8 @@ packages=(
   libavformat-dev libavcodec-dev libavutil-dev
   # whole-file health checks in the decoder: qpdf's library and the compression formats' own
   libqpdf-dev zlib1g-dev liblzma-dev libbz2-dev libzstd-dev
+  # Mac property lists in extended attributes
+  libplist-dev
   # window
   qt6-svg-dev libqt6svg6 libgl-dev
   fonts-noto-color-emoji fonts-dejavu-core
@@ -30,7 +32,8 @@ packages=(
   # health fixtures: ppmtobmp writes the BMP that no image loader we allow reads
   netpbm
   # image metadata fixtures: CMYK JPEG and animated GIF, hand-laid broken EXIF blocks; type and
-  # health fixtures, and the tools the no-false-alarm walk asks for a second opinion
+  # health fixtures, and the tools the no-false-alarm walk asks for a second opinion; media
+  # fixtures and the media benchmark's peer (ffmpeg, ffprobe)
   ffmpeg imagemagick python3 p7zip-full xz-utils bzip2 zstd openssh-client
   # the Debian package: manual pages, icon sizes, dependencies (dpkg-shlibdeps, file), checks
   help2man librsvg2-bin dpkg-dev file man-db desktop-file-utils lintian bash-completion

@@ -47,6 +47,16 @@ void write(std::FILE* stream, const std::string& text) {
   std::fwrite(text.data(), 1, text.size(), stream);
 }
 
+// `status`, unless standard output could not take everything written to it: then 1, so that
+// `lumenscribe-cli --help > /dev/full` fails like any other lost output.
+int finish(int status) {
+  if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
+    std::perror("lumenscribe-cli: standard output");
+    return 1;
+  }
+  return status;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -61,11 +71,11 @@ int main(int argc, char** argv) {
   if (line.command == cli::Command::clean && !line.help) return cli::runClean(line);
   if (line.help) {
     write(stdout, kHelp);
-    return 0;
+    return finish(0);
   }
   if (line.version) {
     write(stdout, std::string("lumenscribe-cli ") + product::version + "\n");
-    return 0;
+    return finish(0);
   }
 
   // A report ends without a line feed, as saved. On a terminal the line is ended before an
@@ -103,9 +113,5 @@ int main(int argc, char** argv) {
     std::fflush(stdout);
   }
   endTerminalLine();
-  if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
-    std::perror("lumenscribe-cli: standard output");
-    return 1;
-  }
-  return status;
+  return finish(status);
 }

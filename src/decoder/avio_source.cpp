@@ -68,29 +68,36 @@ int refuseToOpen(AVFormatContext*, AVIOContext**, const char*, int, AVDictionary
 
 }  // namespace
 
-std::unique_ptr<MediaInput> MediaInput::open(const ItemBytes& item, AVDictionary** options) {
-  if (item.fd < 0 || item.size <= 0) return nullptr;
+std::unique_ptr<MediaInput> MediaInput::open(const ItemBytes& item, AVDictionary** options,
+                                             int* error) {
+  const auto fail = [error](int code) -> std::unique_ptr<MediaInput> {
+    if (error != nullptr) *error = code;
+    return nullptr;
+  };
+  if (item.fd < 0 || item.size <= 0) return fail(AVERROR_INVALIDDATA);
   silenceFfmpegLog();
   std::unique_ptr<MediaInput> input(new MediaInput());
   input->source_ = std::make_unique<Source>(Source{item, 0});
 
   auto* buffer = static_cast<unsigned char*>(av_malloc(kBufferSize));
-  if (buffer == nullptr) return nullptr;
+  if (buffer == nullptr) return fail(AVERROR(ENOMEM));
   input->io_ =
       avio_alloc_context(buffer, kBufferSize, 0, input->source_.get(), readPacket, nullptr, seekTo);
   if (input->io_ == nullptr) {
     av_free(buffer);
-    return nullptr;
+    return fail(AVERROR(ENOMEM));
   }
   input->io_->seekable = AVIO_SEEKABLE_NORMAL;
 
   AVFormatContext* format = avformat_alloc_context();
-  if (format == nullptr) return nullptr;
+  if (format == nullptr) return fail(AVERROR(ENOMEM));
   format->pb = input->io_;
   format->flags |= AVFMT_FLAG_CUSTOM_IO;
   format->io_open = refuseToOpen;
   // On failure avformat_open_input frees the context itself (but not our I/O context).
-  if (avformat_open_input(&format, nullptr, nullptr, options) < 0) return nullptr;
+  if (const int opened = avformat_open_input(&format, nullptr, nullptr, options); opened < 0) {
+    return fail(opened);
+  }
   input->format_ = format;
   return input;
 }

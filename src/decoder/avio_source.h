@@ -21,9 +21,11 @@ namespace lumenscribe::decoder {
 ///     av_read_frame(input->format(), packet);
 class MediaInput {
  public:
-  /// Nothing when no demuxer takes the item or FFmpeg cannot set up. `options` are the
-  /// demuxer's (avformat_open_input's), left with those it did not use.
-  static std::unique_ptr<MediaInput> open(const ItemBytes& item, AVDictionary** options = nullptr);
+  /// Nothing when no demuxer takes the item or FFmpeg cannot set up; `error` then gets
+  /// FFmpeg's code of why. `options` are the demuxer's (avformat_open_input's), left with
+  /// those it did not use.
+  static std::unique_ptr<MediaInput> open(const ItemBytes& item, AVDictionary** options = nullptr,
+                                          int* error = nullptr);
 
   ~MediaInput();
   MediaInput(const MediaInput&) = delete;

@@ -21,6 +21,7 @@
 #include "decoder/image_status.h"
 #include "decoder/item_bytes.h"
 #include "decoder/media_demux.h"
+#include "decoder/media_description.h"
 #include "decoder/pdf_document.h"
 #include "decoder/pdf_structure.h"
 #include "decoder/picture_preview.h"
@@ -142,6 +143,9 @@ Reply serve(RequestKind kind, Reader& in, const ItemBytes& item, const SendChunk
       if (!budget || !in.finished() || item.fd < 0) return bad;
       return ok(demuxEveryPacket(item, deadlineOf(*budget)));
     }
+    case RequestKind::mediaDescription:
+      if (!in.finished() || item.fd < 0) return bad;
+      return ok(describeMedia(item));
 #ifdef LUMENSCRIBE_DECODER_TEST_HOOKS
     case RequestKind::testProbeConfinement: {
       const std::string path = in.text(4096);

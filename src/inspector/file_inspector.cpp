@@ -6,10 +6,14 @@
 #include <iterator>
 #include <system_error>
 
+#include "analyzers/audio_analysis.h"
 #include "analyzers/folder_inventory.h"
 #include "analyzers/image_pass.h"
+#include "analyzers/media_tags.h"
 #include "analyzers/pdf_analysis.h"
+#include "analyzers/system_metadata.h"
 #include "analyzers/text_analysis.h"
+#include "analyzers/video_analysis.h"
 #include "analyzers/zip_inventory.h"
 #include "core/accumulators.h"
 #include "core/path_text.h"
@@ -112,13 +116,22 @@ LumenscribeResult FileInspector::inspect(const platform::OpenedItem& item,
     inventoryZipArchive(item, accumulators, control);
   }
 
-  // Then system metadata.
+  analyzeSystemMetadata(item, accumulators);
 
   // The PDF, audio, video and text analyzers as the content type decides; an item may meet
-  // more than one of these tests and is then analysed by each.
+  // more than one of these tests and is then analysed by each. Audio and video share one
+  // probe of the file.
   const auto& type = facts.contentType;
   if ((type && type->conformsTo(AbstractType::pdf)) || asciiLower(pathExtension(url)) == "pdf") {
     analyzePDF(item, *decoder_, accumulators);
+  }
+  const bool audio = type && type->conformsTo(AbstractType::audio);
+  const bool video =
+      type && (type->conformsTo(AbstractType::movie) || type->conformsTo(AbstractType::video));
+  if (audio || video) {
+    const MediaProbe media = probeMedia(item, *decoder_);
+    if (audio) analyzeAudio(media, accumulators);
+    if (video) analyzeVideo(media, accumulators);
   }
   if (type &&
       (type->conformsTo(AbstractType::text) || type->conformsTo(AbstractType::sourceCode))) {

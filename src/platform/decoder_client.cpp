@@ -337,6 +337,11 @@ Expected<std::optional<ImageProperties>> DecoderClient::imageProperties(const Op
       RequestKind::imageProperties, &item, {}, [](Reader& in) { return readImageProperties(in); });
 }
 
+Expected<MediaDescription> DecoderClient::mediaDescription(const OpenedItem& item) {
+  return request<MediaDescription>(RequestKind::mediaDescription, &item, {},
+                                   [](Reader& in) { return readMediaDescription(in); });
+}
+
 Expected<std::optional<ImageProperties>> DecoderClient::imageProperties(RequestInput input) {
   return request<std::optional<ImageProperties>>(
       RequestKind::imageProperties, input, {}, [](Reader& in) { return readImageProperties(in); });

@@ -95,6 +95,8 @@ class DecoderClient {
                                                              decoder::PreviewBox box);
   /// The property map of image 0; nothing when the item holds no image.
   Expected<std::optional<decoder::ImageProperties>> imageProperties(const OpenedItem& item);
+  /// The tracks, decoded audio format and tags of an audio or video file, from one probe.
+  Expected<decoder::MediaDescription> mediaDescription(const OpenedItem& item);
 
   // Whole-file checks. Each answers with what it found when its time budget (a share of
   // the reply timeout) runs out, before the worker would be killed for taking too long.

@@ -185,6 +185,104 @@ bool readExtent(Reader& in, double& extent) {
   return in.ok() && std::isfinite(extent) && extent >= 0;
 }
 
+// ---- Media descriptions ----------------------------------------------------------------
+
+void writeReal(Writer& out, double number) { out.i64(std::bit_cast<std::int64_t>(number)); }
+
+// A finite number within [low, high]; nothing otherwise.
+std::optional<double> readReal(Reader& in, double low, double high) {
+  const double number = std::bit_cast<double>(in.i64());
+  if (!in.ok() || !std::isfinite(number) || number < low || number > high) return std::nullopt;
+  return number;
+}
+
+std::optional<float> readFloat(Reader& in, double low, double high) {
+  const auto number = readReal(in, low, high);
+  if (!number) return std::nullopt;
+  return static_cast<float>(*number);
+}
+
+void writeAudioFormat(Writer& out, const AudioProcessingFormat& format) {
+  writeReal(out, format.sampleRate);
+  out.u32(format.channelCount);
+  out.u32(format.bitsPerChannel);
+  out.u32(format.formatCode);
+  out.i64(format.frameCount);
+}
+
+std::optional<AudioProcessingFormat> readAudioFormat(Reader& in) {
+  AudioProcessingFormat format;
+  const auto sampleRate = readReal(in, 0, kMaxMediaDimension);
+  format.channelCount = in.u32();
+  format.bitsPerChannel = in.u32();
+  format.formatCode = in.u32();
+  format.frameCount = in.i64();
+  if (!sampleRate || !in.ok() || format.channelCount > kMaxMediaChannels ||
+      format.bitsPerChannel > kMaxMediaBitsPerChannel || format.frameCount < -1) {
+    return std::nullopt;
+  }
+  format.sampleRate = *sampleRate;
+  return format;
+}
+
+void writeVideoTrack(Writer& out, const VideoTrackFacts& track) {
+  writeReal(out, track.naturalWidth);
+  writeReal(out, track.naturalHeight);
+  writeReal(out, track.rotationDegrees);
+  writeReal(out, track.nominalFrameRate);
+  writeReal(out, track.estimatedDataRate);
+  out.u8(track.codec.has_value());
+  if (track.codec) out.u32(*track.codec);
+  writeOptionalText(out, track.colorPrimaries);
+  writeOptionalText(out, track.transferFunction);
+  writeOptionalText(out, track.ycbcrMatrix);
+}
+
+std::optional<VideoTrackFacts> readVideoTrack(Reader& in) {
+  VideoTrackFacts track;
+  const auto width = readReal(in, 0, kMaxMediaDimension);
+  const auto height = readReal(in, 0, kMaxMediaDimension);
+  const auto rotation = readReal(in, -360, 360);
+  const auto frameRate = readFloat(in, 0, kMaxMediaRate);
+  const auto dataRate = readFloat(in, 0, kMaxMediaRate);
+  bool hasCodec = false;
+  if (!width || !height || !rotation || !frameRate || !dataRate || !readBool(in, hasCodec)) {
+    return std::nullopt;
+  }
+  if (hasCodec) track.codec = in.u32();
+  for (std::optional<std::string>* name :
+       {&track.colorPrimaries, &track.transferFunction, &track.ycbcrMatrix}) {
+    if (!readOptionalText(in, kMaxMediaText, *name) || (*name && (*name)->empty())) {
+      return std::nullopt;
+    }
+  }
+  track.naturalWidth = *width;
+  track.naturalHeight = *height;
+  track.rotationDegrees = *rotation;
+  track.nominalFrameRate = *frameRate;
+  track.estimatedDataRate = *dataRate;
+  return track;
+}
+
+void writeAudioTrack(Writer& out, const AudioTrackFacts& track) {
+  writeReal(out, track.estimatedDataRate);
+  writeReal(out, track.sampleRate);
+  out.u32(track.channelCount);
+}
+
+std::optional<AudioTrackFacts> readAudioTrack(Reader& in) {
+  AudioTrackFacts track;
+  const auto dataRate = readFloat(in, 0, kMaxMediaRate);
+  const auto sampleRate = readReal(in, 0, kMaxMediaDimension);
+  track.channelCount = in.u32();
+  if (!dataRate || !sampleRate || !in.ok() || track.channelCount > kMaxMediaChannels) {
+    return std::nullopt;
+  }
+  track.estimatedDataRate = *dataRate;
+  track.sampleRate = *sampleRate;
+  return track;
+}
+
 }  // namespace
 
 std::array<std::byte, kHeaderSize> encodeHeader(const FrameHeader& header) {
@@ -540,6 +638,79 @@ std::optional<CheckBudget> readCheckBudget(Reader& in) {
     return std::nullopt;
   }
   return budget;
+}
+
+void write(Writer& out, const MediaDescription& media) {
+  out.u8(media.opened);
+  out.u8(media.audioFormat.has_value());
+  if (media.audioFormat) writeAudioFormat(out, *media.audioFormat);
+  out.text(media.audioError);
+  out.u8(media.duration.has_value());
+  if (media.duration) writeReal(out, *media.duration);
+  out.i32(media.videoTrackCount);
+  out.i32(media.audioTrackCount);
+  out.u8(media.firstVideoTrack.has_value());
+  if (media.firstVideoTrack) writeVideoTrack(out, *media.firstVideoTrack);
+  out.u8(media.firstAudioTrack.has_value());
+  if (media.firstAudioTrack) writeAudioTrack(out, *media.firstAudioTrack);
+  out.u32(static_cast<std::uint32_t>(media.metadata.size()));
+  for (const auto& group : media.metadata) {
+    out.u32(static_cast<std::uint32_t>(group.size()));
+    for (const MediaTag& tag : group) {
+      out.text(tag.key);
+      out.text(tag.value);
+    }
+  }
+}
+
+std::optional<MediaDescription> readMediaDescription(Reader& in) {
+  MediaDescription media;
+  bool hasFormat = false;
+  if (!readBool(in, media.opened) || !readBool(in, hasFormat)) return std::nullopt;
+  if (hasFormat && !(media.audioFormat = readAudioFormat(in))) return std::nullopt;
+  if (!readUtf8(in, kMaxMediaText, media.audioError) || hasFormat != media.audioError.empty()) {
+    return std::nullopt;
+  }
+  bool hasDuration = false;
+  if (!readBool(in, hasDuration)) return std::nullopt;
+  if (hasDuration) {
+    media.duration = readReal(in, -kMaxMediaSeconds, kMaxMediaSeconds);
+    if (!media.duration) return std::nullopt;
+  }
+
+  media.videoTrackCount = in.i32();
+  media.audioTrackCount = in.i32();
+  bool hasVideo = false;
+  if (!in.ok() || media.videoTrackCount < 0 || media.videoTrackCount > kMaxMediaStreams ||
+      media.audioTrackCount < 0 || media.audioTrackCount > kMaxMediaStreams ||
+      !readBool(in, hasVideo) || hasVideo != (media.videoTrackCount > 0)) {
+    return std::nullopt;
+  }
+  if (hasVideo && !(media.firstVideoTrack = readVideoTrack(in))) return std::nullopt;
+  bool hasAudio = false;
+  if (!readBool(in, hasAudio) || hasAudio != (media.audioTrackCount > 0)) return std::nullopt;
+  if (hasAudio && !(media.firstAudioTrack = readAudioTrack(in))) return std::nullopt;
+  // A file that did not open has no tracks to describe.
+  if (!media.opened && (hasVideo || hasAudio || hasFormat || hasDuration)) return std::nullopt;
+
+  // The container's group and one per stream, and one budget for the tags of all of them.
+  const std::uint32_t groups = in.u32();
+  if (!in.ok() || groups > static_cast<std::uint32_t>(kMaxMediaStreams) + 1) return std::nullopt;
+  std::size_t tagsLeft = kMaxMediaTags;
+  media.metadata.resize(groups);
+  for (auto& group : media.metadata) {
+    const std::uint32_t count = in.u32();
+    if (!in.ok() || count > tagsLeft) return std::nullopt;
+    tagsLeft -= count;
+    group.resize(count);
+    for (MediaTag& tag : group) {
+      if (!readUtf8(in, kMaxMediaTagKey, tag.key) || tag.key.empty() ||
+          !readUtf8(in, kMaxMediaTagValue, tag.value)) {
+        return std::nullopt;
+      }
+    }
+  }
+  return media;
 }
 
 void write(Writer& out, const std::optional<PixelFingerprint>& fingerprint) {

@@ -45,6 +45,8 @@ enum class RequestKind : std::uint16_t {
   pdfAnalysis = 9,       // the facts, info attributes, page texts and whole text of a PDF
   // The property map of image 0: pixels, colour, EXIF, GPS, IPTC, XMP...
   imageProperties = 17,
+  // The streams, tracks and tags of an audio or video file, read in one probe.
+  mediaDescription = 20,
   // SHA-256 of image 0's pixels as 8-bit sRGB RGBA with alpha premultiplied: what the file
   // comparison compares
   pixelFingerprint = 21,
@@ -326,6 +328,99 @@ inline constexpr std::size_t kMaxPropertyNodes = 65536;
 inline constexpr std::size_t kMaxPropertyKey = 1024;
 inline constexpr std::size_t kMaxPropertyText = 64 * 1024;
 
+/// One metadata item of a media file: the key as the demuxer names it ("title", "ENCODER")
+/// and its value as stored, both UTF-8.
+struct MediaTag {
+  std::string key;
+  std::string value;
+
+  friend bool operator==(const MediaTag&, const MediaTag&) = default;
+};
+
+/// The samples that the first audio track's decoder delivers once it is open: its
+/// "processing format", which is not the encoding stored in the file.
+struct AudioProcessingFormat {
+  double sampleRate = 0;
+  std::uint32_t channelCount = 0;
+  std::uint32_t bitsPerChannel = 0;
+  /// Four characters, most significant byte first: "lpcm" for decoded linear PCM.
+  std::uint32_t formatCode = 0;
+  /// Sample frames, from the track's duration (no decode); -1 when the file does not say.
+  std::int64_t frameCount = -1;
+
+  friend bool operator==(const AudioProcessingFormat&, const AudioProcessingFormat&) = default;
+};
+
+/// The first video track of a media file, as its container and codec header describe it.
+struct VideoTrackFacts {
+  /// The stored picture size, before the display matrix turns it.
+  double naturalWidth = 0;
+  double naturalHeight = 0;
+  /// Counterclockwise, as the display matrix says; 0 when there is none.
+  double rotationDegrees = 0;
+  float nominalFrameRate = 0;
+  /// Bits per second; 0 when the container does not say.
+  float estimatedDataRate = 0;
+  /// Four characters, most significant byte first: the container's codec tag, else the one
+  /// conventional for the codec; nothing when there is neither.
+  std::optional<std::uint32_t> codec;
+  /// FFmpeg's names ("bt709", "smpte2084"), each only when the file specifies it.
+  std::optional<std::string> colorPrimaries;
+  std::optional<std::string> transferFunction;
+  std::optional<std::string> ycbcrMatrix;
+
+  friend bool operator==(const VideoTrackFacts&, const VideoTrackFacts&) = default;
+};
+
+/// The first audio track of a media file, as stored (not as decoded).
+struct AudioTrackFacts {
+  /// Bits per second; 0 when the container does not say.
+  float estimatedDataRate = 0;
+  double sampleRate = 0;
+  std::uint32_t channelCount = 0;
+
+  friend bool operator==(const AudioTrackFacts&, const AudioTrackFacts&) = default;
+};
+
+/// What one probe of an audio or video file tells: the first audio track's decoded format
+/// (or why there is none), the container's duration, its tracks and its tags.
+struct MediaDescription {
+  /// False when no demuxer took the file; then only `audioError` says anything.
+  bool opened = false;
+  /// Present exactly when `audioError` is empty.
+  std::optional<AudioProcessingFormat> audioFormat;
+  /// FFmpeg's text of why the audio could not be decoded: the file did not open, holds no
+  /// audio track or has no decoder here.
+  std::string audioError;
+  /// Seconds; nothing when the container does not say.
+  std::optional<double> duration;
+  /// Pictures attached as cover art are not tracks.
+  std::int32_t videoTrackCount = 0;
+  std::int32_t audioTrackCount = 0;
+  std::optional<VideoTrackFacts> firstVideoTrack;
+  std::optional<AudioTrackFacts> firstAudioTrack;
+  /// The container's tags, then each stream's, in stream order.
+  std::vector<std::vector<MediaTag>> metadata;
+
+  friend bool operator==(const MediaDescription&, const MediaDescription&) = default;
+};
+
+// What a media description may hold; the worker keeps within these (cutting a longer value
+// at a character's end) and the engine refuses a description that does not.
+inline constexpr std::int32_t kMaxMediaStreams = 1024;
+inline constexpr std::size_t kMaxMediaTags = 4096;
+inline constexpr std::size_t kMaxMediaTagKey = 1024;
+inline constexpr std::size_t kMaxMediaTagValue = 64 * 1024;
+inline constexpr std::size_t kMaxMediaText = 1024;  // an error text or a colour name
+inline constexpr std::uint32_t kMaxMediaChannels = 1024;
+inline constexpr std::uint32_t kMaxMediaBitsPerChannel = 64;
+/// Sample rates and picture sides are 32-bit integers in every container.
+inline constexpr double kMaxMediaDimension = 2147483647.0;
+/// Frame rates and bitrates, far past any real one.
+inline constexpr double kMaxMediaRate = 1e12;
+/// A duration is at most this far from 0, either way.
+inline constexpr double kMaxMediaSeconds = 1e12;
+
 /// SHA-256 of image 0's pixels (rows top to bottom, R, G, B, A bytes), with its size.
 struct PixelFingerprint {
   std::array<std::uint8_t, 32> digest{};
@@ -407,6 +502,7 @@ void write(Writer& out, CompressedFormat format);
 void write(Writer& out, const StreamTestFacts& facts);
 void write(Writer& out, const MediaPacketFacts& facts);
 void write(Writer& out, const CheckBudget& budget);
+void write(Writer& out, const MediaDescription& media);
 
 // Each reads one record and fails (nothing) on any byte out of place: a short or long
 // payload, an unknown status, a preview larger than its box or with the wrong pixel count.
@@ -428,6 +524,10 @@ std::optional<CompressedFormat> readCompressedFormat(Reader& in);
 std::optional<StreamTestFacts> readStreamTestFacts(Reader& in);
 std::optional<MediaPacketFacts> readMediaPacketFacts(Reader& in);
 std::optional<CheckBudget> readCheckBudget(Reader& in);
+/// Also fails on more tracks, tags or longer texts than the limits above allow, a text that
+/// is not UTF-8, a number that is not finite or out of its range, a first track where the
+/// count is 0, and an audio format together with an error (or neither).
+std::optional<MediaDescription> readMediaDescription(Reader& in);
 
 void write(Writer& out, const std::optional<PixelFingerprint>& fingerprint);
 void write(Writer& out, const std::optional<CleanCopySource>& source);

@@ -43,19 +43,6 @@ void makeExecutable(const fs::path& path, bool executable) {
   fs::permissions(path, executable ? fs::perms(0755) : fs::perms(0644));
 }
 
-TEST(FolderInventory, anEmptyFolderGivesZeroCountsAndTheInitialCheckOnly) {
-  TempDir dir;
-  const Accumulators accumulators = inventory(dir.path());
-  EXPECT_EQ(test::sectionTitles(accumulators),
-            (std::vector<std::string>{"Folder Contents", "Safe Inspection"}));
-  EXPECT_EQ(rowsOf(accumulators, "Folder Contents"),
-            (Rows{{"Files", "0"}, {"Folders", "0"}, {"Contents Size", "Zero KB"}}));
-  EXPECT_EQ(rowsOf(accumulators, "Safe Inspection").size(), 1u);
-  EXPECT_TRUE(accumulators.findings.empty());
-  EXPECT_EQ(accumulators.summaryItems,
-            (std::vector<std::string>{"Safe Inspection", "Folder Contents"}));
-}
-
 TEST(FolderInventory, countsFilesFoldersAndSizesButPreviewsOnlyTheFirstTwenty) {
   TempDir dir;
   for (int i = 0; i < 25; ++i) dir.write("note" + std::to_string(i) + ".txt", "12345");

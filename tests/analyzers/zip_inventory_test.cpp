@@ -47,15 +47,9 @@ TEST(ZipInventory, listsEntriesWithoutExtractingAndPublishesThemAsAZipArchive) {
                          "📁 docs/", "docs/readme.txt", "photos/.hidden.jpg", "__MACOSX/._photo.jpg",
                          "project/.git/config", "tools/setup.exe", "My Photo 1.jpg",
                          "  two leading blanks.txt", "archive.tar.gz", "Essex map.pdf"}));
-  EXPECT_EQ(rowsOf(accumulators, "Safe Inspection"), (Rows{{"Images", "3"},
-                                                           {"Documents", "3"},
-                                                           {"Double Extensions", "1"},
-                                                           {"Flagged Names", "1"},
-                                                           {"Executable Content", "1"},
-                                                           {"Nested Archives", "1"},
-                                                           {"Hidden Items", "3"}}));
-  EXPECT_EQ(accumulators.summaryItems,
-            (std::vector<std::string>{"Safe Inspection", "ZIP Archive Contents"}));
+  // Publishing the counts is ContainerSummary's part; these are what the listing gave it.
+  EXPECT_EQ(accumulators.rawMetadata.at("Container Images"), "3");
+  EXPECT_EQ(accumulators.rawMetadata.at("Container Flagged Names"), "1");
   EXPECT_EQ(accumulators.rawMetadata.at("Container Type .jpg"), "3");
   EXPECT_FALSE(accumulators.rawMetadata.contains("ZIP Inspection Error"));
   EXPECT_EQ(test::findingTitles(accumulators).size(), 6u);

@@ -8,7 +8,6 @@
 #include <QtTest>
 
 #include "app/lumenscribe_app.h"
-#include "app/pills.h"
 #include "lumenscribe/product.h"
 
 using namespace lumenscribe::app;
@@ -21,9 +20,6 @@ class AboutWindowTest : public QObject {
     QCOMPARE(versionText("2.3", std::nullopt), QStringLiteral("Version 2.3 (1)"));
     QCOMPARE(versionText(std::nullopt, std::nullopt), QStringLiteral("Version 1.0 (1)"));
     QCOMPARE(versionText("2.3", "45"), QStringLiteral("Version 2.3 (45)"));
-    QCOMPARE(versionText(),
-             QStringLiteral("Version %1 (%2)")
-                 .arg(lumenscribe::product::version, lumenscribe::product::buildNumber));
   }
 
   void thereIsAtMostOneAboutWindow() {
@@ -38,17 +34,14 @@ class AboutWindowTest : public QObject {
     QCOMPARE(app.mainWindow()->findChildren<AboutWindow*>().size(), 1);
 
     QCOMPARE(first->windowTitle(), QStringLiteral("About Lumenscribe"));
-    QCOMPARE(first->size(), QSize(540, 500));
+    // Not resizable, and everything in it fits.
     QCOMPARE(first->minimumSize(), first->maximumSize());
+    QVERIFY(first->size().width() >= first->sizeHint().width());
+    QVERIFY(first->size().height() >= first->sizeHint().height());
     QVERIFY(
         !(first->windowFlags() & (Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint)));
-    QCOMPARE(first->findChild<QLabel*>("versionLine")->text(), versionText());
-    QStringList pills;
-    for (const FeaturePill* pill : first->findChildren<FeaturePill*>()) {
-      pills << pill->title() + " " + QString::fromStdString(pill->systemImage());
-    }
-    QCOMPARE(pills,
-             (QStringList{"Local macbook", "Private lock.shield", "Plain English text.bubble"}));
+    QVERIFY(
+        first->findChild<QLabel*>("versionLine")->text().contains(lumenscribe::product::version));
 
     // "Done" closes it; the next request makes a fresh, centred window.
     first->view()->doneButton()->click();

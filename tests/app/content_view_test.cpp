@@ -25,6 +25,7 @@
 #include "app/raw_metadata_block.h"
 #include "app/result_screen.h"
 #include "app/section_card.h"
+#include "app/text_labels.h"
 #include "app_test_support.h"
 #include "platform/decoder_protocol.h"
 
@@ -299,10 +300,48 @@ class ContentViewTest : public QObject {
     QVERIFY(!view.state().isTargeted);
   }
 
+  void fileDataIsShownAsPlainTextNeverAsMarkup() {
+    // The path ends in "<b>x</b><i>y.txt": a folder "<b>x<" holding "b><i>y.txt".
+    QTemporaryDir folder;
+    const std::filesystem::path path =
+        std::filesystem::path(folder.path().toStdString()) / "<b>x<" / "b><i>y.txt";
+    std::filesystem::create_directory(path.parent_path());
+    {
+      std::FILE* raw = std::fopen(path.c_str(), "w");
+      QVERIFY(raw);
+      std::fputs("notes\n", raw);
+      std::fclose(raw);
+    }
+    ContentView view;
+    QVERIFY(inspectAndWait(view, path));
+    QCOMPARE(view.resultScreen()->findChild<WrappedText*>("displayName")->text(),
+             QStringLiteral("b><i>y.txt"));
+    QStringList shown;
+    for (const QLabel* label : view.resultScreen()->findChildren<QLabel*>()) {
+      if (!label->text().contains(QStringLiteral("<i>"))) continue;
+      shown << label->text();
+      const bool plain =
+          label->textFormat() == Qt::PlainText ||
+          (label->textFormat() == Qt::AutoText && !Qt::mightBeRichText(label->text()));
+      QVERIFY2(plain, qPrintable(label->text()));
+    }
+    // Text too long to wrap at spaces is shown by WrappedText, which holds plain text only.
+    for (const WrappedText* text : view.resultScreen()->findChildren<WrappedText*>()) {
+      shown << text->text();
+    }
+    QVERIFY2(!shown.filter(QStringLiteral("<b>x</b><i>y.txt")).isEmpty(),
+             qPrintable(shown.join('|')));
+    QVERIFY2(shown.contains(QStringLiteral("b><i>y.txt")), qPrintable(shown.join('|')));
+  }
+
   void aDroppedNameThatIsNotUtf8ArrivesByteForByte() {
     QTemporaryDir folder;
     const std::string name = "caf\xe9 notes.txt";  // Latin-1, as an old archive might hold it
     const std::filesystem::path path = std::filesystem::path(folder.path().toStdString()) / name;
+    // QTemporaryDir cannot name this file to remove it; without this the folder stays behind.
+    const std::unique_ptr<const std::filesystem::path, void (*)(const std::filesystem::path*)>
+        removeFile(&path,
+                   [](const std::filesystem::path* file) { std::filesystem::remove(*file); });
     {
       std::FILE* raw = std::fopen(path.c_str(), "w");
       QVERIFY(raw);

@@ -1,12 +1,14 @@
 // SPDX-FileCopyrightText: 2026 Lumenscribe Project
 // SPDX-License-Identifier: MIT
-// The window's naming and choosing rules: anchors, accents, preview icons, the icon table.
+// The window's choosing rules: preview icons and the icon table.
 #include "app/presentation.h"
 
 #include <QtTest>
+#include <set>
 
 #include "app/icon_map.h"
 #include "app/icons.h"
+#include "lumenscribe/file_inspector.h"
 #include "platform/mime_database.h"
 
 using namespace lumenscribe;
@@ -16,33 +18,6 @@ class PresentationTest : public QObject {
   Q_OBJECT
 
  private slots:
-  void anchorsAreMadeFromTitles() {
-    const std::pair<const char*, const char*> cases[] = {
-        {"Identity & Integrity", "section-identity-and-integrity"},
-        {"File", "section-file"},
-        {"ZIP Archive Contents", "section-zip-archive-contents"},
-        {"Software & Creator", "section-software-and-creator"},
-        {"Read/Write Test", "section-read-write-test"},
-        {"PDF Content Analysis", "section-pdf-content-analysis"},
-    };
-    for (const auto& [title, anchor] : cases) QCOMPARE(sectionAnchor(title), std::string(anchor));
-  }
-
-  void accentsFollowTheTitleTable() {
-    QCOMPARE(accentForSection("Camera"), Accent::blue);
-    QCOMPARE(accentForSection("Software & Ownership"), Accent::blue);
-    QCOMPARE(accentForSection("Video"), Accent::purple);
-    QCOMPARE(accentForSection("Audio Tags"), Accent::indigo);
-    QCOMPARE(accentForSection("Text Analysis"), Accent::teal);
-    QCOMPARE(accentForSection("Type Verification"), Accent::orange);
-    QCOMPARE(accentForSection("File Health"), Accent::green);
-    QCOMPARE(accentForSection("Identity & Integrity"), Accent::cyan);
-    QCOMPARE(accentForSection("File Origin"), Accent::mint);
-    QCOMPARE(accentForSection("Safe Inspection"), Accent::red);
-    QCOMPARE(accentForSection("File"), Accent::system);
-    QCOMPARE(accentForSection("camera"), Accent::system);  // titles match exactly
-  }
-
   void previewIconsFollowTheFirstMatchingRule() {
     const auto type = [](const char* name) { return platform::contentTypeForName(name); };
     QVERIFY(type("audio/mpeg") && type("application/zip") && type("text/x-python"));
@@ -82,41 +57,27 @@ class PresentationTest : public QObject {
     }
     QCOMPARE(lucideNameFor("no.such.symbol"), lucideNameFor("doc.fill"));
     QVERIFY(hasSymbolIcon("no.such.symbol"));
-    // Every icon the result model and the window name is in the table.
-    for (const char* used : {"doc.fill",
-                             "folder.fill",
-                             "fingerprint",
-                             "location.fill",
-                             "camera.fill",
-                             "photo.fill",
-                             "person.text.rectangle.fill",
-                             "film.fill",
-                             "waveform",
-                             "music.note.list",
-                             "text.alignleft",
-                             "doc.richtext.fill",
-                             "rectangle.stack.fill",
-                             "doc.text.magnifyingglass",
-                             "info.square.fill",
-                             "arrow.down.doc.fill",
-                             "archivebox.fill",
-                             "folder.badge.gearshape",
-                             "list.bullet.indent",
-                             "checkmark.shield.fill",
-                             "checkmark.seal.fill",
-                             "exclamationmark.triangle.fill",
-                             "stethoscope",
-                             "sparkles"}) {
-      QVERIFY2(lucideNameFor(used) != "file" || std::string_view(used) == "doc.fill", used);
+    // Every icon that a result of a real file names has its own drawing, not the fallback's.
+    const std::filesystem::path data = LUMENSCRIBE_TEST_DATA_DIR;
+    const FileInspector inspector;
+    std::set<std::string> used;
+    std::vector<std::filesystem::path> items = {data / "containers",
+                                                data / "containers" / "listing.zip"};
+    for (const char* folder : {"health", "image"}) {
+      for (const auto& entry : std::filesystem::directory_iterator(data / folder)) {
+        items.push_back(entry.path());
+      }
     }
-  }
-
-  void severityHelpTextsNameTheLevel() {
-    QCOMPARE(severityHelpText(PrivacyLevel::notice, 0), std::string("No caution findings"));
-    QCOMPARE(severityHelpText(PrivacyLevel::neutral, 0), std::string("No info findings"));
-    QCOMPARE(severityHelpText(PrivacyLevel::sensitive, 0), std::string("No warning findings"));
-    QCOMPARE(severityHelpText(PrivacyLevel::sensitive, 3),
-             std::string("Jump to Sharing & Privacy"));
+    for (const auto& item : items) {
+      const auto result = inspector.inspect(item);
+      QVERIFY(result);
+      for (const InsightSection& section : result->sections) used.insert(section.systemImage);
+    }
+    QVERIFY(used.size() >= 10);
+    for (const std::string& symbol : used) {
+      QVERIFY2(symbol == "doc.fill" || lucideNameFor(symbol) != lucideNameFor("doc.fill"),
+               symbol.c_str());
+    }
   }
 };
 

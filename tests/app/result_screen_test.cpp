@@ -10,11 +10,14 @@
 #include <QScrollBar>
 #include <QtTest>
 
+#include "app/card.h"
 #include "app/pills.h"
 #include "app/privacy_card.h"
 #include "app/raw_metadata_block.h"
 #include "app/section_card.h"
+#include "app/theme.h"
 #include "app_test_support.h"
+#include "lumenscribe/file_inspector.h"
 
 using namespace lumenscribe;
 using namespace lumenscribe::app;
@@ -85,6 +88,50 @@ class ResultScreenTest : public QObject {
     QVERIFY(screen.anchorWidget("sharingPrivacy"));
   }
 
+  // The accent a card is drawn in, read back from the pixels of its icon badge: the one
+  // whose colour comes closest to a pixel of the badge.
+  void cardsOfARealPhotoAreDrawnInTheAccentOfTheirSection() {
+    const auto result = FileInspector().inspect(testing::fixture("photo_gps.jpg"));
+    QVERIFY(result);
+    ResultScreen screen;
+    screen.resize(960, 700);
+    screen.showResult(*result, {});
+    screen.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&screen));
+    const auto drawnAccent = [&](const char* title) {
+      const QImage image = screen.sectionCard(title)->findChild<IconBadge*>()->grab().toImage();
+      std::optional<Accent> closest;
+      int best = INT_MAX;
+      for (const Accent accent :
+           {Accent::blue, Accent::purple, Accent::indigo, Accent::teal, Accent::orange,
+            Accent::green, Accent::cyan, Accent::mint, Accent::red, Accent::system}) {
+        const QColor want = accentColor(accent, screen.palette());
+        for (int y = 0; y < image.height(); ++y) {
+          for (int x = 0; x < image.width(); ++x) {
+            const QColor got = image.pixelColor(x, y);
+            const int distance = std::abs(got.red() - want.red()) +
+                                 std::abs(got.green() - want.green()) +
+                                 std::abs(got.blue() - want.blue());
+            if (distance < best) best = distance, closest = accent;
+          }
+        }
+      }
+      return closest;
+    };
+    const std::pair<const char*, Accent> cases[] = {
+        {"File", Accent::system},
+        {"Identity & Integrity", Accent::cyan},
+        {"Type Verification", Accent::orange},
+        {"File Health", Accent::green},
+        {"Camera", Accent::blue},
+        {"Location", Accent::blue},
+    };
+    for (const auto& [title, accent] : cases) {
+      QVERIFY2(screen.sectionCard(title), title);
+      QVERIFY2(drawnAccent(title) == accent, title);
+    }
+  }
+
   void cameraAndVideoShowTheirEssentialsUntilExpanded() {
     ResultScreen screen;
     const InsightSection video = section("Video", "film.fill",
@@ -117,11 +164,10 @@ class ResultScreenTest : public QObject {
     SectionCard* videoCard = screen.sectionCard("Video");
     QCOMPARE(videoCard->visibleRowLabels(),
              (QStringList{"Duration", "Codec", "Video Tracks", "Audio Tracks"}));
-    QCOMPARE(videoCard->captionLabel()->text(), QStringLiteral("Video essentials"));
-    QCOMPARE(videoCard->detailButton()->toolTip(), QStringLiteral("Reveal deeper video metadata"));
+    // Expanding one kind leaves the other as it was.
+    QCOMPARE(videoCard->detailButton()->text(), QStringLiteral("Dive Deeper"));
     screen.setDetailsShown(DetailKind::video, true);
     QCOMPARE(videoCard->captionLabel()->text(), QStringLiteral("Full stream view"));
-    QCOMPARE(videoCard->detailButton()->toolTip(), QStringLiteral("Hide deeper video metadata"));
     QCOMPARE(videoCard->visibleRowLabels().size(), 6);
   }
 

@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Lumenscribe Project
 // SPDX-License-Identifier: MIT
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <nlohmann/json.hpp>
@@ -9,6 +11,7 @@
 #include "cli/command_line.h"
 #include "platform/child_process.h"
 #include "platform/decoder_protocol.h"
+#include "platform/file_descriptor.h"
 #include "test_files.h"
 
 namespace lumenscribe {
@@ -35,16 +38,21 @@ std::vector<std::string> lines(const std::string& text) {
   return out;
 }
 
-TEST(CommandLine, readsOptionsUntilTheDoubleDash) {
-  const auto line = cli::parseCommandLine({"--json", "a", "--", "--json", "-x"});
-  EXPECT_TRUE(line.json);
-  ASSERT_EQ(line.items.size(), 3u);
-  EXPECT_TRUE(line.items[0].is_absolute());
-  EXPECT_EQ(line.items[1].filename(), "--json");
-  EXPECT_EQ(line.items[2].filename(), "-x");
-  EXPECT_FALSE(cli::parseCommandLine({"--bogus", "a"}).error.empty());
-  EXPECT_FALSE(cli::parseCommandLine({}).error.empty());
-  EXPECT_TRUE(cli::parseCommandLine({"--version"}).error.empty());
+// The working directory of the test program, changed for one scope.
+class WorkingDirectory {
+ public:
+  explicit WorkingDirectory(const std::filesystem::path& path)
+      : previous_(std::filesystem::current_path()) {
+    std::filesystem::current_path(path);
+  }
+  ~WorkingDirectory() { std::filesystem::current_path(previous_); }
+
+ private:
+  std::filesystem::path previous_;
+};
+
+TEST(CommandLine, makesItemsAbsoluteWithoutResolvingParents) {
+  EXPECT_TRUE(cli::parseCommandLine({"a"}).items.at(0).is_absolute());
   EXPECT_EQ(cli::absoluteItemPath("/a/./b/"), "/a/b");
   EXPECT_EQ(cli::absoluteItemPath("/a/../b"), "/a/../b");  // ".." is the kernel's to resolve
 }
@@ -85,6 +93,22 @@ TEST(Cli, endsTheLastLineOnlyOnATerminal) {
             std::string::npos)
       << out;
   EXPECT_TRUE(out.ends_with("https://lumenscribe.org\r\n")) << out;
+}
+
+// unzip asks for a ZIP's password on /dev/tty: run from a terminal, the inspection must still
+// never let it find one, or it would wait for an answer nobody is asked for.
+TEST(Cli, neverLetsAChildPromptOnTheTerminalItRunsIn) {
+  if (access("/usr/bin/script", X_OK) != 0) GTEST_SKIP() << "script(1) is not installed";
+  const auto zip =
+      std::filesystem::path(LUMENSCRIBE_TEST_DATA_DIR) / "health" / "password_protected.zip";
+  const std::string command = std::string("'") + LUMENSCRIBE_CLI_PATH + "' '" + zip.string() + "'";
+  auto run = platform::runChildProcess("/usr/bin/timeout",
+                                       {"20", "/usr/bin/script", "-qec", command, "/dev/null"},
+                                       platform::ChildOutput::stdoutOnly);
+  ASSERT_TRUE(run && run->exitStatus);
+  EXPECT_EQ(*run->exitStatus, 0) << "124: it waited for a password";
+  EXPECT_NE(run->output.find("File Health Assessment: Verification limited"), std::string::npos)
+      << run->output;
 }
 
 TEST(Cli, printsOneJsonObjectPerItemAndFailsForTheBadOnes) {
@@ -129,30 +153,62 @@ TEST(Cli, goesOnToTheNextItemWhenTheDecoderCrashesOnOne) {
   EXPECT_EQ(nlohmann::json::parse(all[1])["rawMetadata"]["File Health Assessment"], "Looks intact");
 }
 
-TEST(Cli, behavesLikeALinuxToolOnUsage) {
-  EXPECT_EQ(runCli({}).status, 2);
-  const CliRun bad = runCli({"--frobnicate"}, platform::ChildOutput::merged);
-  EXPECT_EQ(bad.status, 2);
-  EXPECT_NE(bad.out.find("Usage: lumenscribe-cli"), std::string::npos);
-  const CliRun help = runCli({"--help"});
-  EXPECT_EQ(help.status, 0);
-  EXPECT_EQ(help.out.rfind("Usage: lumenscribe-cli", 0), 0u);
-  const CliRun version = runCli({"--version"});
-  EXPECT_EQ(version.status, 0);
-  EXPECT_EQ(version.out.rfind("lumenscribe-cli ", 0), 0u);
+TEST(Cli, acceptsEverySpellingTheHelpDocuments) {
+  TempDir dir;
+  dir.write("-", "a file named like standard input");
+  dir.write("--json", "a file named like an option");
+  const WorkingDirectory inside(dir.path());
+  struct Case {
+    std::vector<std::string> arguments;
+    int status;
+    std::string outputStart;  // "{": one JSON object, whose displayName is `name`
+    std::string name;
+  };
+  const Case cases[] = {
+      {{"-h"}, 0, "Usage: lumenscribe-cli [--json] FILE...\n", ""},
+      {{"--help"}, 0, "Usage: lumenscribe-cli [--json] FILE...\n", ""},
+      {{"-V"}, 0, "lumenscribe-cli ", ""},
+      {{"--version"}, 0, "lumenscribe-cli ", ""},
+      {{"--json", "-"}, 0, "{", "-"},  // a lone dash is a file name, not standard input
+      {{"--json", "--", "--json"}, 0, "{", "--json"},
+      {{"-"}, 0, "LUMENSCRIBE INSPECTION REPORT\n", ""},
+      {{"--"}, 2, "", ""},
+      {{}, 2, "", ""},
+      {{"-x", "-"}, 2, "", ""},
+      {{"--JSON", "-"}, 2, "", ""},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(::testing::PrintToString(c.arguments));
+    const CliRun run = runCli(c.arguments);
+    EXPECT_EQ(run.status, c.status);
+    EXPECT_TRUE(run.out.starts_with(c.outputStart)) << run.out;
+    if (c.outputStart == "{") {  // a relative name, made absolute
+      const auto json = nlohmann::json::parse(run.out);
+      EXPECT_EQ(json["displayName"], c.name);
+      EXPECT_EQ(json["path"], (dir.path() / c.name).string());
+    }
+    if (c.status == 2) {
+      const CliRun told = runCli(c.arguments, platform::ChildOutput::merged);
+      EXPECT_NE(told.out.find("\nUsage: lumenscribe-cli"), std::string::npos) << told.out;
+    }
+  }
 }
 
-TEST(Cli, makesRelativePathsAbsolute) {
-  TempDir dir;
-  dir.write("rel.txt", "x");
-  const auto previous = std::filesystem::current_path();
-  std::filesystem::current_path(dir.path());
-  const CliRun run = runCli({"--json", "./rel.txt"});
-  std::filesystem::current_path(previous);
-  ASSERT_EQ(run.status, 0);
-  const auto json = nlohmann::json::parse(run.out);
-  EXPECT_EQ(json["path"], (dir.path() / "rel.txt").string());
-  EXPECT_EQ(json["url"].get<std::string>().rfind("file:///", 0), 0u);
+// Output that could not be written is a failure, whatever was asked for.
+TEST(Cli, failsWhenStandardOutputCannotBeWritten) {
+  const platform::UniqueFd full(::open("/dev/full", O_WRONLY | O_CLOEXEC));
+  ASSERT_TRUE(full);
+  const std::string notes =
+      (std::filesystem::path(LUMENSCRIBE_TEST_DATA_DIR) / "health" / "notes.txt").string();
+  for (const std::vector<std::string>& arguments : std::vector<std::vector<std::string>>{
+           {notes}, {"--json", notes}, {"--help"}, {"--version"}}) {
+    SCOPED_TRACE(::testing::PrintToString(arguments));
+    auto child = platform::spawnChild(LUMENSCRIBE_CLI_PATH, arguments, full.get(), -1);
+    ASSERT_TRUE(child);
+    const auto status = child->wait();
+    ASSERT_TRUE(status && WIFEXITED(*status));
+    EXPECT_EQ(WEXITSTATUS(*status), 1);
+  }
 }
 
 }  // namespace

@@ -27,6 +27,9 @@ TEST(MetadataValueText, writesNumbersTrimmedAndArraysJoined) {
       {MetadataValue(Array{}), ""},
       {MetadataValue(Array{MetadataValue(Array{MetadataValue(1), MetadataValue(2)})}), "1, 2"},
       {MetadataValue(1e30), "1000000000000000019884624838656"},
+      // Past 64-bit integers the zeros are digits, not decimals to trim.
+      {MetadataValue(1e20), "100000000000000000000"},
+      {MetadataValue(-5e19), "-50000000000000000000"},
       {MetadataValue(std::numeric_limits<double>::infinity()), "inf"},
       {MetadataValue(Timestamp{}), "1970-01-01 00:00:00 +0000"},
       {MetadataValue(MetadataValue::Other{"<opaque>"}), "<opaque>"},

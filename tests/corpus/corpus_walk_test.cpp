@@ -9,6 +9,7 @@
 #include <string>
 
 #include "lumenscribe/file_inspector.h"
+#include "platform/opened_item.h"
 #include "report/json_report.h"
 #include "report/text_report.h"
 
@@ -57,6 +58,28 @@ void expectImagePassConsistent(const std::filesystem::path& item, const Lumenscr
   if (item.parent_path().filename() == "gps" && item.extension() == ".jpg") {
     EXPECT_TRUE(hasSection(result, "Location"));
     EXPECT_TRUE(result.rawMetadata.contains("{GPS}.LatitudeRef"));
+  }
+}
+
+// Every item has system metadata; audio gets its section or FFmpeg's reason, video its
+// section with the track counts; no real file stops the decoder.
+void expectMediaAndSystemMetadata(const std::filesystem::path& item,
+                                  const LumenscribeResult& result) {
+  EXPECT_TRUE(hasSection(result, "System Metadata"));
+  const auto opened = platform::openItem(item);
+  ASSERT_TRUE(opened);
+  const auto& type = opened->contentType();
+  if (type && type->conformsTo(AbstractType::audio)) {
+    const auto error = result.rawMetadata.find("Audio AVAudioFile Error");
+    EXPECT_TRUE(hasSection(result, "Audio") || error != result.rawMetadata.end());
+    if (error != result.rawMetadata.end()) {
+      EXPECT_NE(error->second, "The decoder stopped on this file.");
+    }
+  }
+  if (type && (type->conformsTo(AbstractType::movie) || type->conformsTo(AbstractType::video))) {
+    ASSERT_TRUE(hasSection(result, "Video"));
+    EXPECT_TRUE(result.rawMetadata.contains("Video Track Count"));
+    EXPECT_TRUE(result.rawMetadata.contains("Video Audio Track Count"));
   }
 }
 
@@ -168,6 +191,7 @@ TEST(Corpus, everyRealWorldFileIsInspectedWithoutHarm) {
       EXPECT_TRUE(verdicts.contains(result->rawMetadata.at("File Health Assessment")));
     }
     expectConsistentPdfAndText(*result);
+    expectMediaAndSystemMetadata(item, *result);
     const Stamp after = stampOf(item);
     EXPECT_EQ(after.size, before.size);
     EXPECT_TRUE(after.modified == before.modified);

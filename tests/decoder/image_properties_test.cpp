@@ -208,6 +208,8 @@ TEST(ImageProperties, pixelFactsColourAndTheFormatsOwnDictionaries) {
     std::int32_t count;
     std::vector<std::pair<std::string, std::string>> expected;
   };
+  // Values that exiftool also reads are compared with it above; these are the rest: the
+  // top-level facts, XMP, GIF, and what must not be there.
   const Case cases[] = {
       {"camera_gps_south_west.jpg",
        1,
@@ -215,13 +217,6 @@ TEST(ImageProperties, pixelFactsColourAndTheFormatsOwnDictionaries) {
         {"Orientation", "6"},
         {"DPIWidth", "300"},
         {"ProfileName", "<absent>"},
-        {"{GPS}.LatitudeRef", "S"},
-        {"{GPS}.TimeStamp", "22:42:10.5"},
-        {"{Exif}.ShutterSpeedValue", "0.008"},
-        {"{TIFF}.Artist", ""},
-        {"{TIFF}.XPAuthor", "Test Photographer"},
-        {"{IPTC}.Keywords", "harbour, dusk"},
-        {"{IPTC}.TimeCreated", "19:42:10-03:00"},
         {"{XMP}.dc:creator", "Test Photographer"},
         {"{XMP}.xmp:CreatorTool", "Lumenscribe Fixture Maker 2.1"}}},
       {"icc_profile.jpg", 1, {{"ProfileName", "sP3C"}}},
@@ -234,37 +229,12 @@ TEST(ImageProperties, pixelFactsColourAndTheFormatsOwnDictionaries) {
       {"animated.gif",
        3,
        {{"PixelWidth", "32"}, {"{GIF}.LoopCount", "0"}, {"{GIF}.DelayTime", "0.2"}}},
-      {"png_with_exif.png",
-       1,
-       {{"{PNG}.Title", "Screenshot of a map"}, {"{TIFF}.Model", "FX-PNG"}}},
-      {"png_named.jpg",
-       1,
-       {{"{PNG}.Author", "Test Author"}, {"{Exif}.DateTimeOriginal", "2023:01:02 03:04:05"}}},
-      {"photo.webp", 1, {{"{TIFF}.Model", "FX-webp"}, {"{GPS}.Latitude", "33.8568"}}},
-      {"photo.tif", 1, {{"{TIFF}.Model", "FX-tif"}, {"{Exif}.ISOSpeedRatings", "800"}}},
-      {"photo.heic", 1, {{"{TIFF}.Model", "FX-heic"}, {"{Exif}.ExposureTime", "0.5"}}},
-      {"photo.avif", 1, {{"{TIFF}.Model", "FX-avif"}, {"{GPS}.LongitudeRef", "E"}}},
       // Exiv2 finds no EXIF here; libvips' copy of it is read instead.
-      {"exif_added_later.heic",
-       1,
-       {{"{TIFF}.Model", "FX-heic-later"}, {"{GPS}.Latitude", "10.5"}, {"PixelWidth", "96"}}},
+      {"exif_added_later.heic", 1, {{"{TIFF}.Model", "FX-heic-later"}, {"PixelWidth", "96"}}},
       // EXIF that no tool writes.
       {"exif_truncated.jpg", 1, {{"PixelWidth", "96"}, {"{Exif}", "<absent>"}}},
-      {"exif_ifd_offset_past_end.jpg",
-       1,
-       {{"{TIFF}.Make", "Fixture Optics"}, {"{Exif}", "<absent>"}}},
-      {"gps_two_rationals.jpg", 1, {{"{GPS}.Latitude", "33.875"}, {"{GPS}.LatitudeRef", "S"}}},
-      {"gps_zero_denominator.jpg",
-       1,
-       {{"{GPS}.Latitude", "<absent>"}, {"{GPS}.Longitude", "43.2001"}}},
-      {"wrong_types.jpg",
-       1,
-       {{"{Exif}.ExposureTime", "abc"},
-        {"{Exif}.FNumber", "2.8"},
-        {"{Exif}.ISOSpeedRatings", "200"},
-        {"{Exif}.MeteringMode", "5"},
-        {"{TIFF}.Make", "42"},
-        {"{GPS}.Latitude", "12.5"}}},
+      {"exif_ifd_offset_past_end.jpg", 1, {{"{Exif}", "<absent>"}}},
+      {"gps_zero_denominator.jpg", 1, {{"{GPS}.Latitude", "<absent>"}}},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.file);

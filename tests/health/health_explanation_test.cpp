@@ -4,79 +4,106 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+#include <set>
+
+#include "health/health_assessment.h"
+#include "test_files.h"
+
 namespace lumenscribe {
 namespace {
 
-// The first line of each explanation's meaning names it well enough for a table.
-std::string meaningStart(const HealthExplanation& explanation) {
-  return explanation.meaning.substr(0, 40);
+const std::filesystem::path kFixtures = std::filesystem::path(LUMENSCRIBE_TEST_DATA_DIR) / "health";
+
+InsightSection healthSection(const platform::OpenedItem& item,
+                             platform::DecoderClient& decoder = test::sharedDecoder()) {
+  Accumulators accumulators;
+  assessFileHealth(item, decoder, accumulators);
+  return accumulators.sections.at(0);
 }
 
-TEST(HealthExplanation, structureRowDecidesFirstThenTheAssessment) {
-  struct Case {
-    const char* assessment;
-    std::optional<std::string_view> label;
-    std::optional<std::string_view> value;
-    const char* meaningStart;
-  };
-  const char* e1 = "The file has enough JPEG/PNG-style struc";
-  const char* e2 = "The image structure ends before the imag";
-  const char* e3 = "The image decoder found data that does n";
-  const char* e4 = "Lumenscribe can identify the PDF, but en";
-  const char* e5 = "The file claims to be a PDF, but the PDF";
-  const char* e6 = "The archive appears to require a passwor";
-  const char* e7 = "The ZIP archive failed a non-extracting ";
-  const char* e8 = "The file contains zero bytes. That can b";
-  const char* e9 = "Lumenscribe cannot reliably read the fil";
-  const char* e10 = "Lumenscribe found enough uncertainty tha";
-  const Case cases[] = {
-      {"Possible damage", "Image Structure", "Decode failed", e1},
-      {"Possible damage", "Image Structure", "Incomplete", e2},
-      {"Possible damage", "Image Structure", "Unexpected end of file", e2},
-      {"Possible damage", "Image Structure", "Invalid data", e3},
-      {"Verification limited", "Image Structure", "Header only", e10},
-      {"Possible damage", "Image Structure", "No readable image", e10},
-      {"Verification limited", "PDF Structure", "Locked / encrypted", e4},
-      {"Possible damage", "PDF Structure", "Could not open", e5},
-      {"Possible damage", "PDF Structure", "No readable pages", e5},
-      {"Verification limited", "ZIP Structure", "Encrypted / password required", e6},
-      {"Possible damage", "ZIP Structure", "Integrity test failed", e7},
-      {"Verification limited", "ZIP Structure", "Could not test", e10},
-      {"Empty file", "Structure", "No content", e8},
-      {"Unreadable", "Structure", "Could not verify", e9},
-      {"Possible read problem", "Basic Read Test", "Failed", e9},
-      // A structure value means nothing under another row's label.
-      {"Possible damage", "PDF Structure", "Decode failed", e10},
-      {"Possible damage", "image structure", "Decode failed", e10},
-      {"Empty file", std::nullopt, std::nullopt, e8},
-      {"Unknown", std::nullopt, std::nullopt, e10},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(std::string(c.assessment) + " / " + std::string(c.label.value_or("-")) + " / " +
-                 std::string(c.value.value_or("-")));
-    EXPECT_EQ(meaningStart(explainHealth(c.assessment, c.label, c.value)), c.meaningStart);
+InsightSection healthSection(const std::filesystem::path& file) {
+  return healthSection(test::openedItem(file));
+}
+
+// The row that carries the check's outcome: the one after "Assessment" and "Readable".
+const InsightRow& structureRow(const InsightSection& section) { return section.rows.at(2); }
+
+// Every structure row the health check writes, one case per label, taken from what the check
+// wrote for the fixtures, an empty file, a file that shrank after it was opened, and a decoder
+// that cannot start.
+TEST(HealthExplanation, knowsEveryStructureRowTheHealthCheckWrites) {
+  test::TempDir dir;
+  std::vector<InsightSection> sections;
+  for (const auto& entry : std::filesystem::directory_iterator(kFixtures)) {
+    sections.push_back(healthSection(entry.path()));
+  }
+  const auto file = dir.write("shrinks.txt", std::string(100, 'a'));
+  const platform::OpenedItem shrunk = test::openedItem(file);
+  std::filesystem::resize_file(file, 10);
+  sections.push_back(healthSection(shrunk));
+  platform::DecoderClient missing({"/nonexistent/lumenscribe-decoder", std::chrono::seconds(5)});
+  sections.push_back(healthSection(test::openedItem(kFixtures / "intact.jpg"), missing));
+
+  std::map<std::string, InsightSection> byLabel;
+  for (const InsightSection& section : sections)
+    byLabel.emplace(structureRow(section).label, section);
+  ASSERT_GE(byLabel.size(), 5u);
+  for (const auto& [label, section] : byLabel) {
+    SCOPED_TRACE(label);
+    const HealthInspection inspection = healthInspection(section);
+    EXPECT_EQ(inspection.structureLabel, label);
+    EXPECT_EQ(inspection.structureValue, structureRow(section).value);
   }
 }
 
-TEST(HealthExplanation, decodeFailureHasThreeFactsAndThreeStepsInOrder) {
-  const HealthExplanation e1 = explainHealth("Possible damage", "Image Structure", "Decode failed");
-  EXPECT_EQ(e1.knownFacts,
-            (std::vector<std::string>{
-                "The filename/type identification is believable.",
-                "The file itself is readable from disk.",
-                "The failure occurs when Lumenscribe asks the image decoder to decode the actual "
-                "image data."}));
-  EXPECT_EQ(e1.nextSteps,
-            (std::vector<std::string>{
-                "Try opening the original in an image viewer or the camera manufacturer's "
-                "software.",
-                "Re-copy the file from the original card, drive, or source if one exists.",
-                "Do not treat renaming the extension as a repair."}));
-  const HealthExplanation e9 = explainHealth("Unreadable", std::nullopt, std::nullopt);
-  EXPECT_EQ(e9.knownFacts,
-            (std::vector<std::string>{
-                "The problem occurs before meaningful content inspection can finish."}));
-  EXPECT_EQ(e9.nextSteps.size(), 2u);
+// Files that fail for the same reason share one explanation; different reasons get different
+// ones, each naming its situation; what no structure row explains gets the general one.
+TEST(HealthExplanation, aFailingFileGetsTheExplanationOfItsOwnSituation) {
+  test::TempDir dir;
+  const auto shrinking = dir.write("shrinks.txt", std::string(100, 'a'));
+  const platform::OpenedItem shrunk = test::openedItem(shrinking);
+  std::filesystem::resize_file(shrinking, 10);
+  struct Case {
+    InsightSection section;
+    const char* situation;  // a word that the explanation of the situation uses
+  };
+  const Case cases[] = {
+      {healthSection(kFixtures / "truncated_at_50_percent.jpg"), "interrupted"},
+      {healthSection(kFixtures / "truncated_in_header.jpg"), "interrupted"},
+      {healthSection(kFixtures / "cut_short.png"), "interrupted"},
+      {healthSection(kFixtures / "scan_data_overwritten.jpg"), "conform"},
+      {healthSection(kFixtures / "broken_idat_crc.png"), "conform"},
+      {healthSection(kFixtures / "encrypted_user_password.pdf"), "encryption"},
+      {healthSection(kFixtures / "not_a_pdf.pdf"), "PDF reader"},
+      {healthSection(kFixtures / "zero_pages.pdf"), "PDF reader"},
+      {healthSection(kFixtures / "password_protected.zip"), "password"},
+      {healthSection(kFixtures / "truncated.zip"), "integrity"},
+      {healthSection(kFixtures / "empty.jpg"), "zero bytes"},
+      {healthSection(shrunk), "cannot reliably read"},
+      {healthSection(kFixtures / "photo.jpg"), nullptr},  // no readable image: no precise story
+      {healthSection(kFixtures / "unsupported.bmp"), nullptr},
+  };
+  const HealthExplanation general = explainHealth("Unknown", std::nullopt, std::nullopt);
+  std::map<std::string, std::string> meaningOf;  // situation -> meaning
+  for (const Case& c : cases) {
+    SCOPED_TRACE(structureRow(c.section).label + ": " + structureRow(c.section).value);
+    ASSERT_TRUE(offersHealthInspection(c.section));
+    const HealthExplanation explanation = healthInspection(c.section).explanation;
+    EXPECT_FALSE(explanation.knownFacts.empty());
+    EXPECT_FALSE(explanation.nextSteps.empty());
+    if (c.situation == nullptr) {
+      EXPECT_EQ(explanation.meaning, general.meaning);
+      continue;
+    }
+    EXPECT_NE(explanation.meaning.find(c.situation), std::string::npos) << explanation.meaning;
+    const auto [known, added] = meaningOf.emplace(c.situation, explanation.meaning);
+    EXPECT_EQ(known->second, explanation.meaning);  // one reason, one explanation
+  }
+  std::set<std::string> distinct;
+  for (const auto& [situation, meaning] : meaningOf) distinct.insert(meaning);
+  EXPECT_EQ(distinct.size(), meaningOf.size());
+  EXPECT_FALSE(distinct.contains(general.meaning));
 }
 
 TEST(HealthInspection, readsTheSectionsRowsAndOffersOnlyForUncertainVerdicts) {
@@ -87,14 +114,11 @@ TEST(HealthInspection, readsTheSectionsRowsAndOffersOnlyForUncertainVerdicts) {
   const HealthInspection inspection = healthInspection(zip);
   EXPECT_EQ(inspection.assessment, "Verification limited");
   EXPECT_EQ(inspection.readable, "Yes");
-  EXPECT_EQ(inspection.structureLabel, "ZIP Structure");
-  EXPECT_EQ(inspection.structureValue, "Encrypted / password required");
-  const HealthExplanation e6 =
-      explainHealth("Verification limited", "ZIP Structure", "Encrypted / password required");
-  EXPECT_EQ(inspection.explanation.meaning, e6.meaning);
-  EXPECT_EQ(inspection.explanation.knownFacts, e6.knownFacts);
-  EXPECT_EQ(inspection.explanation.nextSteps, e6.nextSteps);
   EXPECT_TRUE(offersHealthInspection(zip));
+  // A structure value means nothing under another row's label.
+  EXPECT_EQ(
+      explainHealth("Possible damage", "PDF Structure", "Encrypted / password required").meaning,
+      explainHealth("Unknown", std::nullopt, std::nullopt).meaning);
 
   const InsightSection bare("File Health", "stethoscope", {{"Other", "x"}});
   const HealthInspection unknown = healthInspection(bare);

@@ -4,6 +4,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "health/health_explanation.h"
 #include "lumenscribe/file_inspector.h"
 #include "report/json_report.h"
 
@@ -32,28 +33,24 @@ TEST(HealthReport, typeAndHealthFollowIdentityAndUncertainVerdictsCarryTheirExpl
   ASSERT_LT(std::distance(titles.begin(), identity) + 2, std::ssize(titles));
   EXPECT_EQ(*(identity + 1), "Type Verification");
   EXPECT_EQ(*(identity + 2), "File Health");
-  EXPECT_EQ(
-      locked["healthExplanation"],
-      (nlohmann::json{
-          {"assessment", "Verification limited"},
-          {"readable", "Yes"},
-          {"structureLabel", "ZIP Structure"},
-          {"structureValue", "Encrypted / password required"},
-          {"meaning",
-           "The archive appears to require a password, so Lumenscribe cannot fully test the "
-           "files inside it."},
-          {"knownFacts",
-           {"The ZIP container is recognizable.",
-            "Verification is limited by encryption rather than a confirmed integrity failure."}},
-          {"nextSteps",
-           {"Use the password only if you trust the source and are authorized to open it.",
-            "Inspect the extracted contents separately afterward."}}}));
+  // The JSON carries what the "Inspect Further" sheet would show for the same section.
+  const nlohmann::json& health = locked["sections"][std::distance(titles.begin(), identity) + 2];
+  std::vector<InsightRow> rows;
+  for (const auto& row : health["rows"]) rows.emplace_back(row["label"], row["value"]);
+  const HealthInspection inspection =
+      healthInspection(InsightSection("File Health", health["systemImage"], std::move(rows)));
+  EXPECT_EQ(locked["healthExplanation"],
+            (nlohmann::json{{"assessment", "Verification limited"},
+                            {"readable", "Yes"},
+                            {"structureLabel", "ZIP Structure"},
+                            {"structureValue", "Encrypted / password required"},
+                            {"meaning", inspection.explanation.meaning},
+                            {"knownFacts", inspection.explanation.knownFacts},
+                            {"nextSteps", inspection.explanation.nextSteps}}));
 
   EXPECT_FALSE(inspectAsJson("intact.jpg").contains("healthExplanation"));
   const nlohmann::json empty = inspectAsJson("empty.jpg");
   EXPECT_EQ(empty["healthExplanation"]["structureLabel"], "Structure");
-  EXPECT_EQ(empty["healthExplanation"]["knownFacts"],
-            (nlohmann::json{"The filesystem entry exists.", "The file has no payload."}));
   // Text named .pdf proves no format: the name chooses the PDF check, which fails.
   const nlohmann::json renamed = inspectAsJson("not_a_pdf.pdf");
   EXPECT_EQ(renamed["rawMetadata"]["Type Verification Result"], "Mismatch detected");

@@ -43,6 +43,7 @@ TEST(ContentSignature, firstMatchingTestInTableOrderDecides) {
     const char* category;
     const char* mimeType;
   };
+  // One case per rule, not per table row; the edges are where the faults hide.
   const Case cases[] = {
       {withPadding("\x89PNG\r\n\x1a\n"s, 40), "PNG image", "image", "image/png"},
       {"\x89PNG\r\n\x1a"s, nullptr, nullptr, nullptr},  // one byte short of the PNG magic
@@ -66,7 +67,11 @@ TEST(ContentSignature, firstMatchingTestInTableOrderDecides) {
       // A RIFF form we do not know goes on: here to the text heuristic.
       {"RIFF1234ABCD plain words"s, "Plain text", "text", "text/plain"},
       {withPadding("RIFF\x10\0\0\0ABCD"s, 44), nullptr, nullptr, nullptr},
-      // Eleven bytes skip the RIFF and ISO tests; all printable, so text.
+      // Twelve bytes are enough for a RIFF form or an ISO brand; eleven skip both tests.
+      {"RIFF\x24\0\0\0WAVE"s, "WAV audio", "audio", "audio/x-wav"},
+      {"\0\0\0\x14"
+       "ftypM4V "s,
+       "M4V / MPEG-4 video", "video", "video/mp4"},
       {"RIFFabcdWAV"s, "Plain text", "text", "text/plain"},
       {isoMedia("M4A "), "M4A / MPEG-4 audio", "audio", "audio/mp4"},
       {isoMedia("M4B "), "M4A / MPEG-4 audio", "audio", "audio/mp4"},
@@ -133,20 +138,14 @@ TEST(ContentSignature, categoriesFollowTypeConformance) {
     bool matches;
   };
   const Case cases[] = {
-      {"image/png", "image", true},
-      {"image/jpeg", "image", true},
       {"image/svg+xml", "image", true},
-      {"application/pdf", "pdf", true},
       {"application/pdf", "archive", false},
-      {"application/zip", "archive", true},
       {"application/epub+zip", "archive", true},  // inherits application/zip
       {"application/x-bzip", "archive", true},    // named by its alias, x-bzip2, too
       {"application/x-bzip-compressed-tar", "archive", true},
       {"audio/mpeg", "audio", true},
       {"video/quicktime", "video", true},
-      {"video/mp4", "video", true},
       {"audio/mp4", "video", false},
-      {"text/plain", "text", true},
       {"text/x-python", "text", true},
       {"application/pdf", "text", false},
       {"application/x-executable", "executable", true},

@@ -25,6 +25,9 @@ TEST(ByteCountText, writesDecimalUnitsWithTheirOwnPrecision) {
       {999'950'000, "1 GB"},
       {1'234'567'890, "1.23 GB"},
       {1'200'000'000, "1.2 GB"},
+      {1'050'000'000, "1.05 GB"},  // decimals that start with a zero keep it
+      {1'004'999'999, "1 GB"},
+      {2'010'000'000'000, "2.01 TB"},
       {4'294'967'296, "4.29 GB"},
       {1'000'000'000'000, "1 TB"},
       {2'500'000'000'000'000, "2.5 PB"},

@@ -161,7 +161,10 @@ TEST(FileInspector, inspectsFoldersAndPackagesAsContainers) {
   EXPECT_EQ(sectionTitled(*folder, "Identity & Integrity"), nullptr);
   EXPECT_EQ(rowValue(folder->sections[0], "Size"), "<missing>");
   EXPECT_EQ(folder->sections[1].title, "Folder Contents");
-  EXPECT_EQ(folder->summaryItems, (std::vector<std::string>{"Safe Inspection", "Folder Contents"}));
+  // The system metadata describes folders too.
+  EXPECT_EQ(folder->sections.back().title, "System Metadata");
+  EXPECT_EQ(folder->summaryItems,
+            (std::vector<std::string>{"Safe Inspection", "Folder Contents", "System Metadata"}));
 
   const auto package = FileInspector().inspect(dir.path() / "Tool.APP");
   ASSERT_TRUE(package);
@@ -323,7 +326,8 @@ TEST(FileInspector, analysesPdfsAndTextsAfterTheHealthCheckAsTheirTypeDecides) {
   const auto health = std::find(titles.begin(), titles.end(), "File Health");
   ASSERT_NE(health, titles.end());
   EXPECT_EQ(std::vector<std::string>(health + 1, titles.end()),
-            (std::vector<std::string>{"Document", "Document Structure", "PDF Content Analysis"}));
+            (std::vector<std::string>{"System Metadata", "Document", "Document Structure",
+                                      "PDF Content Analysis"}));
 
   const auto text = FileInspector().inspect(dir.write("notes.txt", "Mail ann@example.org\n"));
   ASSERT_TRUE(text);
@@ -340,6 +344,31 @@ TEST(FileInspector, analysesPdfsAndTextsAfterTheHealthCheckAsTheirTypeDecides) {
   ASSERT_TRUE(fake);
   EXPECT_EQ(sectionTitled(*fake, "Document"), nullptr);
   EXPECT_EQ(sectionTitled(*fake, "Text Analysis"), nullptr);
+}
+
+TEST(FileInspector, analysesAudioAndVideoAfterTheSystemMetadataAsTheirTypeDecides) {
+  const std::filesystem::path media = std::filesystem::path(LUMENSCRIBE_TEST_DATA_DIR) / "media";
+  const FileInspector inspector;
+  const struct {
+    const char* file;
+    std::vector<std::string> sections;
+  } cases[] = {
+      {"tagged.mp3", {"System Metadata", "Audio", "Audio Tags"}},
+      {"portrait.mp4", {"System Metadata", "Video"}},
+      // Matroska audio is filed under video too: one probe serves both analyses.
+      {"latin1_tags.mka", {"System Metadata", "Audio", "Audio Tags", "Video"}},
+      {"text_named.mp4", {"System Metadata", "Video"}},
+  };
+  for (const auto& test : cases) {
+    SCOPED_TRACE(test.file);
+    const auto result = inspector.inspect(media / test.file);
+    ASSERT_TRUE(result);
+    expectInvariants(*result);
+    const auto titles = titlesOf(*result);
+    const auto health = std::find(titles.begin(), titles.end(), "File Health");
+    ASSERT_NE(health, titles.end());
+    EXPECT_EQ(std::vector<std::string>(health + 1, titles.end()), test.sections);
+  }
 }
 
 TEST(FileInspector, leavesTheInspectedFileUntouched) {
@@ -371,8 +400,8 @@ TEST(FileInspector, endsWithTheImageSectionsAndTheirFindingsInTheirOrder) {
     std::vector<std::string> titles;
     for (const auto& section : photo->sections) titles.push_back(section.title);
     EXPECT_EQ(titles, (std::vector<std::string>{"File", "Identity & Integrity", "Type Verification",
-                                                "File Health", "Image", "Camera", "Location",
-                                                "Software & Creator"}));
+                                                "File Health", "System Metadata", "Image", "Camera",
+                                                "Location", "Software & Creator"}));
     std::vector<std::string> findings;
     for (const auto& finding : photo->privacyFindings) findings.push_back(finding.title);
     EXPECT_EQ(findings,

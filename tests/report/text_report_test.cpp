@@ -4,7 +4,13 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <sstream>
+
+#include "core/path_text.h"
+#include "lumenscribe/file_inspector.h"
 #include "lumenscribe/product.h"
+#include "test_files.h"
 
 namespace lumenscribe {
 namespace {
@@ -102,6 +108,38 @@ TEST(TextReport, leavesOutEmptyBlocks) {
   EXPECT_NE(report.find("Status: No obvious concerns found\nINFO: 0\n"), std::string::npos);
   EXPECT_NE(report.find("line2\n\nGenerated locally by Lumenscribe."), std::string::npos);
   EXPECT_NE(report.back(), '\n');
+}
+
+// Names in an old encoding (Latin-1 here) are bytes that are not UTF-8: the report shows them
+// with replacement characters on every line, whether the item, its folder, a file inside a
+// folder or an entry inside a ZIP carries them.
+TEST(TextReport, namesThatAreNotUtf8NeverPutRawBytesIntoTheReport) {
+  test::TempDir dir;
+  const auto folder = dir.path() / "Caf\xE9";
+  std::filesystem::create_directory(folder);
+  const auto file = folder / "na\xEFve.r\xE9sum\xE9";
+  std::ofstream(file) << "notes\n";
+  std::ofstream(folder / "\xC9t\xE9.tar.\xE9xe") << "MZ";
+  std::filesystem::create_directory(folder / "\xFFsub");
+  std::ofstream(folder / "\xFFsub" / "\xE0.txt") << "x";
+  const auto link = dir.path() / "lien\xE9";
+  std::filesystem::create_symlink(file, link);
+  const auto zip = dir.path() / "archive\xE9.zip";
+  std::filesystem::copy_file(
+      std::filesystem::path(LUMENSCRIBE_TEST_DATA_DIR) / "containers" / "latin1_name.zip", zip);
+
+  const FileInspector inspector;
+  for (const auto& item : {folder, file, link, zip}) {
+    SCOPED_TRACE(validUtf8(item.string()));
+    const auto result = inspector.inspect(item);
+    ASSERT_TRUE(result);
+    const std::string report = buildTextReport(*result);
+    std::istringstream lines(report);
+    for (std::string line; std::getline(lines, line);) {
+      EXPECT_EQ(validUtf8(line), line);
+    }
+    EXPECT_NE(report.find("\nPath: " + validUtf8(item.string()) + "\n"), std::string::npos);
+  }
 }
 
 }  // namespace

@@ -1,0 +1,239 @@
+// SPDX-FileCopyrightText: 2026 Lumenscribe Project
+// SPDX-License-Identifier: MIT
+#include "analyzers/audio_analysis.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "lumenscribe/file_inspector.h"
+#include "media_fixtures.h"
+#include "test_files.h"
+
+namespace lumenscribe {
+namespace {
+
+using platform::decoder::AudioProcessingFormat;
+using platform::decoder::MediaDescription;
+using platform::decoder::MediaTag;
+using Rows = std::vector<std::pair<std::string, std::string>>;
+
+const std::filesystem::path& kMedia = test::kMediaFixtures;
+constexpr std::uint32_t kLinearPcm = 0x6C70636D;  // "lpcm"
+
+Rows rowsOf(const std::vector<InsightSection>& sections, std::string_view title) {
+  Rows rows;
+  for (const auto& section : sections) {
+    if (section.title != title) continue;
+    for (const auto& row : section.rows) rows.emplace_back(row.label, row.value);
+  }
+  return rows;
+}
+
+MediaDescription audioFile(double seconds, std::vector<std::vector<MediaTag>> metadata = {}) {
+  MediaDescription media;
+  media.opened = true;
+  media.audioFormat =
+      AudioProcessingFormat{44100, 2, 32, kLinearPcm, std::llround(seconds * 44100)};
+  media.duration = seconds;
+  media.audioTrackCount = 1;
+  media.firstAudioTrack = platform::decoder::AudioTrackFacts{128000, 44100, 2};
+  media.metadata = std::move(metadata);
+  return media;
+}
+
+Accumulators analyzed(const MediaProbe& media) {
+  Accumulators accumulators;
+  analyzeAudio(media, accumulators);
+  return accumulators;
+}
+
+TEST(AudioAnalysis, streamRowsComeFromTheDecodedFormat) {
+  const Accumulators song = analyzed(audioFile(185));
+  EXPECT_EQ(rowsOf(song.sections, "Audio"), (Rows{{"Sample Rate", "44100 Hz"},
+                                                  {"Channels", "2"},
+                                                  {"Duration", "3:05"},
+                                                  {"Bit Depth", "32-bit"},
+                                                  {"Format", "lpcm"}}));
+  EXPECT_EQ(song.sections.at(0).systemImage, "waveform");
+  EXPECT_EQ(song.summaryItems, std::vector<std::string>{"Audio"});
+  EXPECT_EQ(song.rawMetadata.at("Audio Sample Rate"), "44100 Hz");
+  EXPECT_EQ(song.rawMetadata.at("Audio Duration"), "3:05");
+  EXPECT_TRUE(song.findings.empty());
+
+  const struct {
+    double seconds;
+    const char* duration;
+  } durations[] = {{3725.4, "1:02:05"}, {59.5, "1:00"}, {0.2, "0:00"}};
+  for (const auto& test : durations) {
+    EXPECT_EQ(analyzed(audioFile(test.seconds)).rawMetadata.at("Audio Duration"), test.duration);
+  }
+
+  // Without a frame count or a sample rate, the container's duration stands in, last.
+  MediaDescription unknownLength = audioFile(125.6);
+  unknownLength.audioFormat->frameCount = -1;
+  unknownLength.audioFormat->bitsPerChannel = 0;
+  unknownLength.audioFormat->formatCode = 0;
+  EXPECT_EQ(rowsOf(analyzed(unknownLength).sections, "Audio"),
+            (Rows{{"Sample Rate", "44100 Hz"}, {"Channels", "2"}, {"Duration", "2:06"}}));
+  MediaDescription noRate = audioFile(10);
+  noRate.audioFormat->sampleRate = 0;
+  noRate.duration = 12;
+  EXPECT_EQ(analyzed(noRate).rawMetadata.at("Audio Duration"), "0:12");
+  // A container duration of zero or less, or none, gives no row.
+  for (const std::optional<double> duration :
+       {std::optional(0.0), std::optional(-5.0), std::optional<double>()}) {
+    MediaDescription media = unknownLength;
+    media.duration = duration;
+    EXPECT_FALSE(analyzed(media).rawMetadata.contains("Audio Duration"));
+  }
+}
+
+TEST(AudioAnalysis, tagsGetRowsByTheirKeysAndAlwaysARawEntry) {
+  const Accumulators tagged = analyzed(audioFile(
+      2, {{{"title", "  Song  "},
+           {"ALBUM_ARTIST", "Band"},
+           {"album", "Album"},
+           {"TYEAR", "1999"},
+           {"description", "Liner\nnotes\n"},
+           {"lyricist", "Writer"},
+           {"comment", " \t\n "},
+           {"copyright", "\u00A0© 2024\u2003"}},
+          {{"artist", "Band"}, {"title", "Song"}, {"genre", "Ambient"}, {"COMPOSER", "Someone"}}}));
+  EXPECT_EQ(rowsOf(tagged.sections, "Audio Tags"), (Rows{{"Title", "Song"},
+                                                         {"Artist", "Band"},
+                                                         {"Album", "Album"},
+                                                         {"Date", "1999"},
+                                                         {"Comment", "Liner\nnotes"},
+                                                         {"Copyright", "© 2024"},
+                                                         {"Genre", "Ambient"},
+                                                         {"Composer", "Someone"}}));
+  EXPECT_EQ(tagged.summaryItems, (std::vector<std::string>{"Audio", "Audio Tags"}));
+  EXPECT_EQ(tagged.sections.at(1).systemImage, "music.note.list");
+  ASSERT_EQ(tagged.findings.size(), 1u);
+  EXPECT_EQ(tagged.findings[0].title, "Descriptive audio tags are embedded");
+  EXPECT_EQ(tagged.findings[0].level, PrivacyLevel::notice);
+  EXPECT_EQ(tagged.rawMetadata.at("Audio Tag title"), "Song");
+  EXPECT_EQ(tagged.rawMetadata.at("Audio Tag lyricist"), "Writer");
+  EXPECT_EQ(tagged.rawMetadata.at("Audio Tag ALBUM_ARTIST"), "Band");
+  // A value of white space alone is no value.
+  EXPECT_FALSE(tagged.rawMetadata.contains("Audio Tag comment"));
+
+  // A later tag of the same key replaces the raw entry; each distinct value keeps its row.
+  const Accumulators repeated =
+      analyzed(audioFile(2, {{{"artist", "First"}}, {{"artist", "Second"}}}));
+  EXPECT_EQ(repeated.rawMetadata.at("Audio Tag artist"), "Second");
+  EXPECT_EQ(rowsOf(repeated.sections, "Audio Tags"),
+            (Rows{{"Artist", "First"}, {"Artist", "Second"}}));
+
+  // An encoder's tag alone is raw metadata only.
+  const Accumulators encoderOnly = analyzed(audioFile(2, {{{"encoder", "Lavf59.27.100"}}}));
+  EXPECT_EQ(rowsOf(encoderOnly.sections, "Audio Tags"), Rows{});
+  EXPECT_TRUE(encoderOnly.findings.empty());
+  EXPECT_EQ(encoderOnly.rawMetadata.at("Audio Tag encoder"), "Lavf59.27.100");
+}
+
+TEST(AudioAnalysis, anUndecodableFileStillGivesItsDurationAndTags) {
+  MediaDescription noDecoder = audioFile(61, {{{"title", "Still here"}}});
+  noDecoder.audioFormat.reset();
+  noDecoder.audioError = "Decoder not found";
+  const Accumulators undecoded = analyzed(noDecoder);
+  EXPECT_EQ(undecoded.rawMetadata.at("Audio AVAudioFile Error"), "Decoder not found");
+  EXPECT_EQ(rowsOf(undecoded.sections, "Audio"), (Rows{{"Duration", "1:01"}}));
+  EXPECT_EQ(rowsOf(undecoded.sections, "Audio Tags"), (Rows{{"Title", "Still here"}}));
+
+  // Nothing readable: the error alone, and no section.
+  MediaDescription unreadable;
+  unreadable.audioError = "Invalid data found when processing input";
+  const Accumulators nothing = analyzed(unreadable);
+  EXPECT_EQ(nothing.rawMetadata,
+            (RawMetadata{{"Audio AVAudioFile Error", "Invalid data found when processing input"}}));
+  EXPECT_TRUE(nothing.sections.empty());
+  EXPECT_TRUE(nothing.summaryItems.empty());
+
+  // A decoder that stopped on the file says so.
+  const Accumulators stopped =
+      analyzed(MediaProbe(make_error_code(platform::DecoderError::stopped)));
+  EXPECT_EQ(stopped.rawMetadata,
+            (RawMetadata{{"Audio AVAudioFile Error", "The decoder stopped on this file."}}));
+}
+
+TEST(AudioAnalysis, labelsTagKeysByTheFirstFragmentTheyHold) {
+  const struct {
+    const char* key;
+    const char* label;
+  } cases[] = {
+      {"title", "Title"},        {"album_artist", "Artist"}, {"author", "Artist"},
+      {"album", "Album"},        {"genre", "Genre"},         {"originalyear", "Date"},
+      {"creation_date", "Date"}, {"comment", "Comment"},     {"description", "Comment"},
+      {"composer", "Composer"},  {"copyright", "Copyright"}, {"subtitle", "Title"},
+      {"encoder", ""},           {"lyricist", ""},           {"", ""},
+  };
+  for (const auto& test : cases) {
+    EXPECT_EQ(audioTagLabel(test.key), test.label) << test.key;
+  }
+}
+
+// Real files through the whole inspection, with the real decoder worker.
+TEST(AudioAnalysis, realFilesGiveTheRowsFfprobeAgreesWith) {
+  const FileInspector inspector(
+      std::shared_ptr<platform::DecoderClient>(&test::sharedDecoder(), [](auto*) {}));
+  const auto song = inspector.inspect(kMedia / "tagged.mp3");
+  ASSERT_TRUE(song);
+  EXPECT_EQ(rowsOf(song->sections, "Audio"), (Rows{{"Sample Rate", "44100 Hz"},
+                                                   {"Channels", "2"},
+                                                   {"Duration", "0:02"},
+                                                   {"Bit Depth", "32-bit"},
+                                                   {"Format", "lpcm"}}));
+  EXPECT_EQ(rowsOf(song->sections, "Audio Tags"), (Rows{{"Title", "Song"},
+                                                        {"Artist", "The Artist"},
+                                                        {"Album", "The Album"},
+                                                        {"Genre", "Ambient"},
+                                                        {"Comment", "Recorded at home"},
+                                                        {"Composer", "A. Composer"},
+                                                        {"Copyright", "2024 Someone"},
+                                                        {"Date", "2024"}}));
+  // ID3's TSSE frame is the encoder's tag; the stream's own encoder tag comes later.
+  EXPECT_EQ(song->rawMetadata.at("Audio Tag encoder"), "Lavc59.37");
+  EXPECT_EQ(song->rawMetadata.at("Audio Tag lyricist"), "A. Lyricist");
+
+  const auto wav = inspector.inspect(kMedia / "silence_185s.wav");
+  ASSERT_TRUE(wav);
+  EXPECT_EQ(rowsOf(wav->sections, "Audio"), (Rows{{"Sample Rate", "44100 Hz"},
+                                                  {"Channels", "2"},
+                                                  {"Duration", "3:05"},
+                                                  {"Bit Depth", "16-bit"},
+                                                  {"Format", "lpcm"}}));
+
+  // Matroska's keys are upper case and its bytes are as written.
+  const auto latin1 = inspector.inspect(kMedia / "latin1_tags.mka");
+  ASSERT_TRUE(latin1);
+  EXPECT_EQ(rowsOf(latin1->sections, "Audio Tags"),
+            (Rows{{"Title", "Caf\uFFFD au lait"}, {"Artist", "\uFFFD\uFFFD"}}));
+  EXPECT_EQ(latin1->rawMetadata.at("Audio Tag ENCODER"), "Lavc libopus");
+
+  // Text under an audio name: FFmpeg's reason, and no audio section.
+  const auto text = inspector.inspect(kMedia / "text_named.mp3");
+  ASSERT_TRUE(text);
+  EXPECT_EQ(text->rawMetadata.at("Audio AVAudioFile Error"),
+            "Invalid data found when processing input");
+  EXPECT_EQ(rowsOf(text->sections, "Audio"), Rows{});
+
+  // A 10 MB cover picture costs the worker nothing it cannot afford.
+  test::TempDir dir;
+  const auto covered = inspector.inspect(
+      dir.write("covered.mp3", test::id3Tag({test::coverPicture(10 * 1024 * 1024)}) +
+                                   test::fileBytes(kMedia / "tagged.mp3")));
+  ASSERT_TRUE(covered);
+  EXPECT_EQ(rowsOf(covered->sections, "Audio"), rowsOf(song->sections, "Audio"));
+  EXPECT_EQ(covered->rawMetadata.at("Audio Tag comment"), "Cover (front)");
+
+  // An empty file has nothing for a demuxer either.
+  const auto empty = inspector.inspect(dir.write("empty.mp3", ""));
+  ASSERT_TRUE(empty);
+  EXPECT_EQ(empty->rawMetadata.at("Audio AVAudioFile Error"),
+            "Invalid data found when processing input");
+}
+
+}  // namespace
+}  // namespace lumenscribe
