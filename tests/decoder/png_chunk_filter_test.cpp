@@ -96,29 +96,17 @@ TEST(PngChunkFilter, keepsOnlyWhatShowsThePixelsWithTheirBytesAndCrcs) {
 }
 
 TEST(PngChunkFilter, writesTheOrientationAsAnExifChunkBeforeTheFirstImageData) {
-  const auto filtered = filterPngChunks(
-      png({kHeader, chunk("tEXt", "Author\0Me"), kData, chunk("IDAT", "more"), kEnd}), 6);
-  ASSERT_TRUE(filtered);
-  const auto chunks = chunksOf(*filtered);
-  ASSERT_EQ(chunks.size(), 5u);
-  EXPECT_EQ(chunks[1].type, "eXIf");
-  EXPECT_EQ(chunks[2].whole, kData);
-  // The one chunk made here carries a CRC of its own over its type and data.
-  const Bytes block = orientationExifBlock(6);
-  Bytes expected =
-      chunk("eXIf", std::string(reinterpret_cast<const char*>(block.data()), block.size()));
-  EXPECT_EQ(chunks[1].whole, expected);
-  // "MM", 42, IFD0 at 8: one entry, tag 0x0112 (SHORT, 1 value) = 6.
-  EXPECT_EQ(block.size(), 26u);
-  EXPECT_EQ(std::to_integer<int>(block[10]), 0x01);
-  EXPECT_EQ(std::to_integer<int>(block[11]), 0x12);
-  EXPECT_EQ(std::to_integer<int>(block[18]), 0);
-  EXPECT_EQ(std::to_integer<int>(block[19]), 6);
-
+  // Text, private and animation chunks go, and so does what follows IEND.
+  Bytes file = png({kHeader, chunk("tEXt", "Author\0Me"), chunk("prVt", "private"),
+                    chunk("acTL", "anim"), kData, chunk("IDAT", "more"), kEnd});
+  for (const char c : std::string("appended after the end")) file.push_back(std::byte(c));
+  // "MM", 42, IFD0 at 8: one entry, tag 0x0112 (SHORT, 1 value) = 6, no next IFD. The one
+  // chunk made here carries a CRC of its own over its type and data.
+  const std::string exif("MM\0*\0\0\0\x08\0\x01\x01\x12\0\x03\0\0\0\x01\0\x06\0\0\0\0\0\0", 26);
+  EXPECT_EQ(filterPngChunks(file, 6),
+            png({kHeader, chunk("eXIf", exif), kData, chunk("IDAT", "more"), kEnd}));
   // An orientation out of range is no orientation.
-  const auto without = filterPngChunks(png({kHeader, kData, kEnd}), 9);
-  ASSERT_TRUE(without);
-  EXPECT_EQ(chunksOf(*without).size(), 3u);
+  EXPECT_EQ(filterPngChunks(file, 9), png({kHeader, kData, chunk("IDAT", "more"), kEnd}));
 }
 
 TEST(PngChunkFilter, refusesWhatItCannotVouchFor) {
@@ -148,16 +136,6 @@ TEST(PngChunkFilter, refusesWhatItCannotVouchFor) {
   for (const auto& test : cases) {
     EXPECT_FALSE(filterPngChunks(test.file, 1)) << test.name;
   }
-}
-
-TEST(PngChunkFilter, dropsWhatFollowsTheEndAndUnknownAncillaryChunks) {
-  Bytes file = png({kHeader, chunk("prVt", "private"), chunk("acTL", "anim"), kData, kEnd});
-  const std::size_t imageEnd = file.size();
-  for (const char c : std::string("appended after the end")) file.push_back(std::byte(c));
-  const auto filtered = filterPngChunks(file, std::nullopt);
-  ASSERT_TRUE(filtered);
-  EXPECT_EQ(*filtered, png({kHeader, kData, kEnd}));
-  EXPECT_LT(filtered->size(), imageEnd);
 }
 
 }  // namespace
