@@ -213,14 +213,14 @@ TEST(FolderInventory, aFolderThatCannotBeListedAddsNothing) {
 
 TEST(FolderInventory, previewPathsLoseEveryCopyOfTheRootsPathNotJustTheFirst) {
   TempDir dir;
-  // A folder chain that spells the walked folder's own path again below it.
-  const fs::path nested = dir.path() / "copy" / dir.path().relative_path();
+  // A folder chain that spells the walked folder's own path twice below it.
+  const fs::path nested =
+      dir.path() / "copy" / dir.path().relative_path() / "again" / dir.path().relative_path();
   fs::create_directories(nested);
   std::ofstream(nested / "note.txt") << "n";
-  const Accumulators accumulators = inventory(dir.path());
-  const std::vector<std::string> preview = previewOf(accumulators);
+  const std::vector<std::string> preview = previewOf(inventory(dir.path()));
   ASSERT_FALSE(preview.empty());
-  EXPECT_EQ(preview.back(), "copynote.txt");
+  EXPECT_EQ(preview.back(), "copyagainnote.txt");
 }
 
 }  // namespace
