@@ -95,6 +95,9 @@ TEST(PdfAnalysis, describesPageSizeOrientationAndTextStructure) {
     EXPECT_EQ(rows[4].second, c.orientation);
     EXPECT_EQ(rows[5].second, c.structure);
     EXPECT_EQ(result.rawMetadata.at("PDF Orientation"), c.orientation);
+    EXPECT_EQ(result.rawMetadata.at("PDF Text-bearing Pages") + " of " +
+                  result.rawMetadata.at("PDF Page Count"),
+              c.pagesWithText);
   }
 
   // A4 in its exact points; a producer alone is software, not an author.
