@@ -99,6 +99,20 @@ TEST(DecoderProtocol, aReplyWithAnyValueOutOfPlaceIsRefused) {
   EXPECT_FALSE(read(longer, readMediaPacketFacts));
 }
 
+TEST(PreviewRecord, aPictureLargerThanTheBoxAskedForIsRefused) {
+  const std::optional<RgbaImage> picture =
+      RgbaImage{40, 30, std::vector<std::uint8_t>(40 * 30 * 4)};
+  const auto inBox = [](PreviewBox box) {
+    return [box](Reader& in) { return readPreview(in, box); };
+  };
+  const auto read = roundTrip(picture, inBox({40, 30}));
+  ASSERT_TRUE(read && *read);
+  EXPECT_EQ((*read)->pixels, picture->pixels);
+  EXPECT_FALSE(roundTrip(picture, inBox({39, 30})));
+  EXPECT_FALSE(roundTrip(picture, inBox({40, 29})));
+  EXPECT_TRUE(refusedWhenCutAnywhere(picture, inBox({40, 30})));
+}
+
 PdfAnalysis sampleAnalysis() {
   PdfAnalysis analysis;
   analysis.opened = true;
