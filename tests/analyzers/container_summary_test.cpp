@@ -31,7 +31,6 @@ TEST(ContainerSummary, classifiesEachFileByItsExtensionAndName) {
       {"run.sh.txt", "txt", {0, 0, 0, 1, 1, 0}},
       {"photos.tar.gz", "gz", {0, 0, 0, 0, 1, 0}},
       {"report.final.pdf", "pdf", {0, 0, 0, 1, 0, 0}},
-      {"my.photo.jpg", "jpg", {1, 0, 0, 0, 0, 0}},
       {"..run..SH", "sh", {0, 0, 0, 0, 0, 0}},  // empty pieces dropped: two pieces
       {"a..b..SH", "sh", {0, 0, 0, 0, 1, 0}},
       {"backup.ZIP.txt", "txt", {0, 0, 0, 1, 0, 0}},  // an archive counts only last
@@ -41,7 +40,6 @@ TEST(ContainerSummary, classifiesEachFileByItsExtensionAndName) {
       {"Essex map.pdf", "pdf", {0, 0, 0, 1, 0, 1}},
       {"XXX-porno-SEXY.png", "png", {1, 0, 0, 0, 0, 1}},
       {"adulting tips.txt", "txt", {0, 0, 0, 1, 0, 1}},
-      {"sussex.csv", "csv", {0, 0, 0, 1, 0, 1}},
       {"nud e.txt", "txt", {0, 0, 0, 1, 0, 0}},
   };
   for (const auto& c : cases) {

@@ -69,9 +69,7 @@ void expectVerdict(const Accumulators& accumulators, const Expected& want) {
 TEST(HealthAssessment, everyFixtureIsJudgedByTheCheckForItsKind) {
   const Expected cases[] = {
       {"intact.jpg", "Looks intact", "Image Structure", "Complete", kIntact},
-      {"intact.png", "Looks intact", "Image Structure", "Complete", kIntact},
       {"truncated_at_50_percent.jpg", "Possible damage", "Image Structure", "Incomplete", kDamage},
-      {"truncated_at_95_percent.jpg", "Possible damage", "Image Structure", "Incomplete", kDamage},
       {"cut_short.png", "Possible damage", "Image Structure", "Incomplete", kDamage},
       {"scan_data_overwritten.jpg", "Possible damage", "Image Structure", "Invalid data", kDamage},
       {"broken_idat_crc.png", "Possible damage", "Image Structure", "Invalid data", kDamage},
@@ -94,7 +92,6 @@ TEST(HealthAssessment, everyFixtureIsJudgedByTheCheckForItsKind) {
       {"not_a_pdf.pdf", "Possible damage", "PDF Structure", "Could not open", kDamage},
       // A ZIP named report.pdf gets the ZIP test, which it passes.
       {"report.pdf", "Looks intact", "ZIP Structure", "Integrity test passed", kIntact},
-      {"intact.zip", "Looks intact", "ZIP Structure", "Integrity test passed", kIntact},
       {"password_protected.zip", "Verification limited", "ZIP Structure",
        "Encrypted / password required", kLimited},
       {"truncated.zip", "Possible damage", "ZIP Structure", "Integrity test failed", kDamage},

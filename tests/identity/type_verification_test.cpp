@@ -119,7 +119,6 @@ TEST(TypeVerification, everydayFilesFitTheirNamesAndDisguisedOnesDoNot) {
       {"clip.mp4", "MP4 / QuickTime media", false},
       // Formats written as text, some filed elsewhere by the MIME database.
       {"certificate.crt", "Plain text", false},
-      {"certificate.pem", "Plain text", false},
       {"checkers.xbm", "Plain text", false},
       {"checkers.xpm", "XPM image", false},
       {"metrics.afm", "Plain text", false},
