@@ -2,24 +2,17 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <utility>
 #include <vector>
+
+#include "test_files.h"
 
 // Media the fixture files cannot hold: files built on the fixtures at test time, too large
 // to keep (a 10 MB cover picture) or with bytes no tool writes on purpose.
 namespace lumenscribe::test {
 
-inline const std::filesystem::path kMediaFixtures =
-    std::filesystem::path(LUMENSCRIBE_TEST_DATA_DIR) / "media";
-
-inline std::string fileBytes(const std::filesystem::path& path) {
-  std::ifstream in(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
-}
+inline const std::filesystem::path kMediaFixtures = kData / "media";
 
 /// An ID3v2.4 tag holding `frames`, each a four-letter ID and its body. Put before an MP3,
 /// it is read together with the file's own tag.

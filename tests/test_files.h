@@ -7,13 +7,79 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
+#include "lumenscribe/result.h"
 #include "platform/decoder_client.h"
 #include "platform/opened_item.h"
 
 namespace lumenscribe::test {
+
+/// The fixtures under tests/data.
+inline const std::filesystem::path kData = LUMENSCRIBE_TEST_DATA_DIR;
+
+inline std::string fileBytes(const std::filesystem::path& path) {
+  std::ifstream in(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
+using Rows = std::vector<std::pair<std::string, std::string>>;
+
+/// The rows of the sections titled `title` as label/value pairs; empty when there is none.
+inline Rows rowsOf(const std::vector<InsightSection>& sections, std::string_view title) {
+  Rows rows;
+  for (const auto& section : sections) {
+    if (section.title != title) continue;
+    for (const auto& row : section.rows) rows.emplace_back(row.label, row.value);
+  }
+  return rows;
+}
+
+/// The value of the row labelled `label` in section `title`; "<missing>" when there is none.
+inline std::string rowValue(const std::vector<InsightSection>& sections, std::string_view title,
+                            std::string_view label) {
+  for (const auto& [rowLabel, value] : rowsOf(sections, title)) {
+    if (rowLabel == label) return value;
+  }
+  return "<missing>";
+}
+
+/// Rows or raw entries as "Label: value" lines, the way the text report writes them.
+using Lines = std::vector<std::string>;
+
+inline Lines lines(const std::vector<InsightRow>& rows) {
+  Lines out;
+  for (const auto& row : rows) out.push_back(row.label + ": " + row.value);
+  return out;
+}
+
+inline Lines lines(const std::vector<InsightSection>& sections, std::string_view title) {
+  Lines out;
+  for (const auto& [label, value] : rowsOf(sections, title)) out.push_back(label + ": " + value);
+  return out;
+}
+
+inline Lines lines(const RawMetadata& raw) {
+  Lines out;
+  for (const auto& [key, value] : raw) out.push_back(key + ": " + value);
+  return out;
+}
+
+inline std::vector<std::string> titlesOf(const std::vector<InsightSection>& sections) {
+  std::vector<std::string> titles;
+  for (const auto& section : sections) titles.push_back(section.title);
+  return titles;
+}
+
+inline std::vector<std::string> titlesOf(const std::vector<PrivacyFinding>& findings) {
+  std::vector<std::string> titles;
+  for (const auto& finding : findings) titles.push_back(finding.title);
+  return titles;
+}
 
 /// A fresh directory under the system's temp folder, removed with everything in it.
 class TempDir {

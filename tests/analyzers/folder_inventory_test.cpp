@@ -13,16 +13,13 @@
 #include <cstring>
 #include <fstream>
 
-#include "analyzers/container_test_support.h"
 #include "test_files.h"
 
 namespace lumenscribe {
 namespace {
 
 namespace fs = std::filesystem;
-using test::Rows;
 using test::rowsOf;
-using test::rowValue;
 using test::TempDir;
 
 Accumulators inventory(const fs::path& folder, const InspectionControl& control = {}) {
@@ -31,9 +28,13 @@ Accumulators inventory(const fs::path& folder, const InspectionControl& control 
   return accumulators;
 }
 
+std::string rowValue(const Accumulators& accumulators, const char* title, const char* label) {
+  return test::rowValue(accumulators.sections, title, label);
+}
+
 std::vector<std::string> previewOf(const Accumulators& accumulators) {
   std::vector<std::string> samples;
-  for (const auto& [label, value] : rowsOf(accumulators, "Contents Preview")) {
+  for (const auto& [label, value] : rowsOf(accumulators.sections, "Contents Preview")) {
     samples.push_back(value);
   }
   return samples;
@@ -43,27 +44,19 @@ void makeExecutable(const fs::path& path, bool executable) {
   fs::permissions(path, executable ? fs::perms(0755) : fs::perms(0644));
 }
 
-TEST(FolderInventory, countsFilesFoldersAndSizesButPreviewsOnlyTheFirstTwenty) {
-  TempDir dir;
-  for (int i = 0; i < 25; ++i) dir.write("note" + std::to_string(i) + ".txt", "12345");
-  const Accumulators accumulators = inventory(dir.path());
-  EXPECT_EQ(rowValue(accumulators, "Folder Contents", "Files"), "25");
-  EXPECT_EQ(accumulators.rawMetadata.at("Container Contents Bytes"), "125");
-  EXPECT_EQ(rowValue(accumulators, "Folder Contents", "Top Types"), "TXT × 25");
-  const Rows preview = rowsOf(accumulators, "Contents Preview");
-  ASSERT_EQ(preview.size(), 20u);
-  EXPECT_EQ(preview.front().first, "01");
-  EXPECT_EQ(preview.back().first, "20");
-}
-
 TEST(FolderInventory, walksEachFolderBeforeItsNextSiblingAndShowsPathsBelowTheRoot) {
   TempDir dir;
   fs::create_directories(dir.path() / "Photos" / "2024");
   dir.write("Photos/2024/beach.jpg", "j");
-  const Accumulators accumulators = inventory(dir.path());
-  EXPECT_EQ(previewOf(accumulators),
+  EXPECT_EQ(previewOf(inventory(dir.path())),
             (std::vector<std::string>{"📁 Photos", "📁 Photos/2024", "Photos/2024/beach.jpg"}));
+  for (int i = 0; i < 25; ++i) dir.write("note" + std::to_string(i) + ".txt", "12345");
+  const Accumulators accumulators = inventory(dir.path());
+  EXPECT_EQ(rowValue(accumulators, "Folder Contents", "Files"), "26");
   EXPECT_EQ(rowValue(accumulators, "Folder Contents", "Folders"), "2");
+  EXPECT_EQ(accumulators.rawMetadata.at("Container Contents Bytes"), "126");
+  EXPECT_EQ(rowValue(accumulators, "Folder Contents", "Top Types"), "TXT × 25 · JPG × 1");
+  EXPECT_EQ(previewOf(accumulators).size(), 20u);
 }
 
 TEST(FolderInventory, judgesHiddenExecutableArchiveAndFlaggedFilesAsAFolderHoldsThem) {
@@ -91,7 +84,7 @@ TEST(FolderInventory, judgesHiddenExecutableArchiveAndFlaggedFilesAsAFolderHolds
   EXPECT_FALSE(raw.contains("Container Type .profile"));
   EXPECT_EQ(rowValue(accumulators, "Folder Contents", "Executables"), "1");
   EXPECT_EQ(
-      test::findingTitles(accumulators),
+      test::titlesOf(accumulators.findings),
       (std::vector<std::string>{"Double-extension filenames found",
                                 "Potentially sensitive filenames found", "Hidden items are present",
                                 "Executable content is present", "Nested archives are present"}));
@@ -107,16 +100,10 @@ TEST(FolderInventory, aPackageInsideCountsAsOneFolderAndIsNotEntered) {
   const Accumulators accumulators = inventory(dir.path());
   EXPECT_EQ(rowValue(accumulators, "Folder Contents", "Folders"), "2");
   EXPECT_EQ(rowValue(accumulators, "Folder Contents", "Files"), "0");
-}
-
-TEST(FolderInventory, aDroppedPackageIsWalkedAndPublishedAsAPackage) {
-  TempDir dir;
-  fs::create_directories(dir.path() / "Tool.app" / "Contents");
-  dir.write("Tool.app/Contents/Info.plist", "<plist/>");
-  const Accumulators accumulators = inventory(dir.path() / "Tool.app");
-  EXPECT_EQ(test::sectionTitles(accumulators).front(), "Package Contents");
-  EXPECT_EQ(rowValue(accumulators, "Package Contents", "Files"), "1");
-  EXPECT_EQ(accumulators.summaryItems.back(), "Package Contents");
+  // Dropped itself, a package is walked and published as a package.
+  const Accumulators package = inventory(dir.path() / "Tool.app");
+  EXPECT_EQ(rowValue(package, "Package Contents", "Files"), "2");
+  EXPECT_EQ(package.summaryItems.back(), "Package Contents");
 }
 
 TEST(FolderInventory, symbolicLinksAreEntriesNeverFollowedSoALoopCannotTrapTheWalk) {
@@ -141,17 +128,14 @@ TEST(FolderInventory, aFifoAndASocketCountAsFilesWithoutBeingOpened) {
   // Opening this FIFO for reading would block for ever: the test finishing shows it wasn't.
   ASSERT_EQ(::mkfifo((dir.path() / "pipe").c_str(), 0755), 0);
   const std::string socketPath = (dir.path() / "socket").string();
-  const int listener = ::socket(AF_UNIX, SOCK_STREAM, 0);
-  ASSERT_GE(listener, 0);
-  sockaddr_un address{};
-  address.sun_family = AF_UNIX;
-  ASSERT_LT(socketPath.size(), sizeof address.sun_path);
-  std::memcpy(address.sun_path, socketPath.c_str(), socketPath.size() + 1);
-  ASSERT_EQ(::bind(listener, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+  const platform::UniqueFd listener(::socket(AF_UNIX, SOCK_STREAM, 0));
+  sockaddr_un address{AF_UNIX, {}};
+  ASSERT_LT(socketPath.copy(address.sun_path, sizeof address.sun_path - 1),
+            sizeof address.sun_path - 1);
+  ASSERT_EQ(::bind(listener.get(), reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
   ::chmod(socketPath.c_str(), 0755);
 
   const Accumulators accumulators = inventory(dir.path());
-  ::close(listener);
   EXPECT_EQ(rowValue(accumulators, "Folder Contents", "Files"), "2");
   // Their execute bits make no executable: only a regular file can be run.
   EXPECT_EQ(accumulators.rawMetadata.at("Container Executables"), "0");
@@ -229,14 +213,14 @@ TEST(FolderInventory, aFolderThatCannotBeListedAddsNothing) {
 
 TEST(FolderInventory, previewPathsLoseEveryCopyOfTheRootsPathNotJustTheFirst) {
   TempDir dir;
-  // A folder chain that spells the walked folder's own path again below it.
-  const fs::path nested = dir.path() / "copy" / dir.path().relative_path();
+  // A folder chain that spells the walked folder's own path twice below it.
+  const fs::path nested =
+      dir.path() / "copy" / dir.path().relative_path() / "again" / dir.path().relative_path();
   fs::create_directories(nested);
   std::ofstream(nested / "note.txt") << "n";
-  const Accumulators accumulators = inventory(dir.path());
-  const std::vector<std::string> preview = previewOf(accumulators);
+  const std::vector<std::string> preview = previewOf(inventory(dir.path()));
   ASSERT_FALSE(preview.empty());
-  EXPECT_EQ(preview.back(), "copynote.txt");
+  EXPECT_EQ(preview.back(), "copyagainnote.txt");
 }
 
 }  // namespace

@@ -8,19 +8,15 @@
 #include <utility>
 
 #include "analyzers/image_metadata_tables.h"
+#include "test_files.h"
 
 namespace lumenscribe {
 namespace {
 
 using Map = MetadataValue::Map;
 using Array = MetadataValue::Array;
-using Rows = std::vector<std::pair<std::string, std::string>>;
-
-Rows rowsOf(const std::vector<InsightRow>& rows) {
-  Rows plain;
-  for (const auto& row : rows) plain.emplace_back(row.label, row.value);
-  return plain;
-}
+using test::Lines;
+using test::lines;
 
 TEST(ImageMetadata, everyFormatterAndCodeTable) {
   using Formatter = std::function<std::string(const MetadataValue&)>;
@@ -100,7 +96,7 @@ TEST(ImageMetadata, gpsCoordinatesAreSignedByTheirReference) {
 
 TEST(ImageMetadata, pixelSizeAloneGivesTwoImageRowsAndNothingElse) {
   const auto groups = analyzeImageProperties({{"PixelWidth", 640}, {"PixelHeight", 480}});
-  EXPECT_EQ(rowsOf(groups.imageRows), (Rows{{"Width", "640 pixels"}, {"Height", "480 pixels"}}));
+  EXPECT_EQ(lines(groups.imageRows), (Lines{"Width: 640 pixels", "Height: 480 pixels"}));
   EXPECT_TRUE(groups.cameraRows.empty());
   EXPECT_TRUE(groups.locationRows.empty());
   EXPECT_TRUE(groups.creatorRows.empty());
@@ -159,80 +155,54 @@ TEST(ImageMetadata, aCameraPhotoGivesEveryRowInItsOrder) {
                     {"TimeStamp", "22:42:10"}}},
   };
   const auto groups = analyzeImageProperties(photo);
-  EXPECT_EQ(rowsOf(groups.imageRows), (Rows{{"Width", "4032 pixels"},
-                                            {"Height", "3024 pixels"},
-                                            {"Bit Depth", "8"},
-                                            {"Color Model", "RGB"},
-                                            {"Color Profile", "Display P3"},
-                                            {"Orientation", "6"},
-                                            {"Horizontal DPI", "72.5"},
-                                            {"Vertical DPI", "72"}}));
+  EXPECT_EQ(lines(groups.imageRows),
+            (Lines{"Width: 4032 pixels", "Height: 3024 pixels", "Bit Depth: 8", "Color Model: RGB",
+                   "Color Profile: Display P3", "Orientation: 6", "Horizontal DPI: 72.5",
+                   "Vertical DPI: 72"}));
   // A direct row is there even when empty (Lens); a formatted one is not (Lens Make).
-  EXPECT_EQ(rowsOf(groups.cameraRows), (Rows{{"Shutter", "1/125 sec"},
-                                             {"Aperture", "ƒ/2.8"},
-                                             {"ISO", "100, 200"},
-                                             {"Focal Length", "4.25 mm"},
-                                             {"Captured", "2024:06:01 19:42:10"},
-                                             {"Lens", ""},
-                                             {"Exposure Program", "Program AE"},
-                                             {"Exposure Mode", "Auto exposure"},
-                                             {"Exposure Compensation", "+0.7 EV"},
-                                             {"Metering Mode", "9"},
-                                             {"White Balance", "Auto"},
-                                             {"Flash", "Did not fire · suppressed"},
-                                             {"35mm Equivalent", "26 mm"},
-                                             {"Digital Zoom", "None"},
-                                             {"Scene Type", "Standard"},
-                                             {"EXIF Color Space", "Uncalibrated"},
-                                             {"Lens Serial Number", "L-2"},
-                                             {"Body Serial Number", "B-1"},
-                                             {"Image Unique ID", "ABC123"},
-                                             {"Recorded Width", "4032 pixels"},
-                                             {"Recorded Height", "3024 pixels"},
-                                             {"Make", "Maker"},
-                                             {"Camera", "Phone 15"}}));
-  EXPECT_EQ(rowsOf(groups.locationRows), (Rows{{"Latitude", "-22.951916°"},
-                                               {"Longitude", "-43.210487°"},
-                                               {"Altitude", "700.5 m (2298 ft)"},
-                                               {"GPS Date", "2024:06:01"}}));
-  EXPECT_EQ(rowsOf(groups.creatorRows),
-            (Rows{{"Software", "Editor 2"}, {"Artist", ""}, {"Copyright", "(c) Someone"}}));
+  EXPECT_EQ(lines(groups.cameraRows), (Lines{"Shutter: 1/125 sec",
+                                             "Aperture: ƒ/2.8",
+                                             "ISO: 100, 200",
+                                             "Focal Length: 4.25 mm",
+                                             "Captured: 2024:06:01 19:42:10",
+                                             "Lens: ",
+                                             "Exposure Program: Program AE",
+                                             "Exposure Mode: Auto exposure",
+                                             "Exposure Compensation: +0.7 EV",
+                                             "Metering Mode: 9",
+                                             "White Balance: Auto",
+                                             "Flash: Did not fire · suppressed",
+                                             "35mm Equivalent: 26 mm",
+                                             "Digital Zoom: None",
+                                             "Scene Type: Standard",
+                                             "EXIF Color Space: Uncalibrated",
+                                             "Lens Serial Number: L-2",
+                                             "Body Serial Number: B-1",
+                                             "Image Unique ID: ABC123",
+                                             "Recorded Width: 4032 pixels",
+                                             "Recorded Height: 3024 pixels",
+                                             "Make: Maker",
+                                             "Camera: Phone 15"}));
+  EXPECT_EQ(lines(groups.locationRows),
+            (Lines{"Latitude: -22.951916°", "Longitude: -43.210487°", "Altitude: 700.5 m (2298 ft)",
+                   "GPS Date: 2024:06:01"}));
+  EXPECT_EQ(lines(groups.creatorRows),
+            (Lines{"Software: Editor 2", "Artist: ", "Copyright: (c) Someone"}));
 
-  const std::pair<const char*, const char*> raw[] = {
-      {"Pixel Width", "4032"},
-      {"Horizontal DPI", "72.5"},
-      {"Color Profile", "Display P3"},
-      {"EXIF Exposure Time", "0.008"},
-      {"EXIF F-Number", "2.8"},
-      {"EXIF ISO", "100, 200"},
-      {"EXIF Focal Length", "4.25"},
-      {"EXIF Original Date", "2024:06:01 19:42:10"},
-      {"EXIF Lens Model", ""},
-      {"EXIF ExposureProgram", "2"},
-      {"EXIF ExposureBiasValue", "0.7"},
-      {"EXIF MeteringMode", "9"},
-      {"EXIF Flash", "16"},
-      {"EXIF ColorSpace", "65535"},
-      {"EXIF BodySerialNumber", "B-1"},
-      {"EXIF PixelYDimension", "3024"},
-      {"TIFF Make", "Maker"},
-      {"TIFF Model", "Phone 15"},
-      {"TIFF Artist", ""},
-      {"GPS Latitude", "22.9519"},
-      {"GPS Latitude Ref", "S"},
-      {"GPS Longitude Ref", "W"},
-      {"GPS Altitude", "700.5"},
-      {"GPS Altitude Feet", "2298 ft"},
-      {"GPS Date", "2024:06:01"},
-      // Every property under its dotted key path; arrays are not descended into.
-      {"PixelWidth", "4032"},
-      {"{Exif}.FNumber", "2.8"},
-      {"{Exif}.ISOSpeedRatings", "100, 200"},
-      {"{Exif}.SubsecTimeOriginal", "25"},
-      {"{TIFF}.Artist", ""},
-      {"{GPS}.TimeStamp", "22:42:10"},
-      {"{GPS}.AltitudeRef", "1"},
-  };
+  // Raw entries keep the numbers the rows format, and every property under its dotted key
+  // path; arrays are not descended into.
+  const std::pair<const char*, const char*> raw[] = {{"Pixel Width", "4032"},
+                                                     {"EXIF Exposure Time", "0.008"},
+                                                     {"EXIF ISO", "100, 200"},
+                                                     {"EXIF ExposureBiasValue", "0.7"},
+                                                     {"EXIF Flash", "16"},
+                                                     {"TIFF Artist", ""},
+                                                     {"GPS Latitude", "22.9519"},
+                                                     {"GPS Latitude Ref", "S"},
+                                                     {"GPS Altitude Feet", "2298 ft"},
+                                                     {"{Exif}.ISOSpeedRatings", "100, 200"},
+                                                     {"{Exif}.SubsecTimeOriginal", "25"},
+                                                     {"{GPS}.AltitudeRef", "1"}};
   for (const auto& [key, value] : raw) {
     ASSERT_TRUE(groups.rawMetadata.contains(key)) << key;
     EXPECT_EQ(groups.rawMetadata.at(key), value) << key;
@@ -246,39 +216,29 @@ TEST(ImageMetadata, rowsNeedTheirWholeKeyAndDictionariesOfTheRightType) {
   struct Case {
     const char* what;
     Map properties;
-    Rows camera;
-    Rows location;
-    Rows creator;
+    Lines rows;  // camera, location and creator rows
   };
   const Case cases[] = {
-      {"a latitude without its reference", {{"{GPS}", Map{{"Latitude", 48.8584}}}}, {}, {}, {}},
-      {"GPS alone",
-       {{"{GPS}", Map{{"DateStamp", "2024:01:01"}}}},
-       {},
-       {{"GPS Date", "2024:01:01"}},
-       {}},
+      {"a latitude without its reference", {{"{GPS}", Map{{"Latitude", 48.8584}}}}, {}},
+      {"GPS alone", {{"{GPS}", Map{{"DateStamp", "2024:01:01"}}}}, {"GPS Date: 2024:01:01"}},
       {"dictionaries that are not dictionaries",
        {{"{Exif}", "FNumber 2.8"}, {"{TIFF}", Array{"Make"}}, {"{GPS}", 1}},
-       {},
-       {},
        {}},
       {"the same formatted text twice stays once",
        {{"{Exif}", Map{{"LensMake", "Acme"}, {"LensSerialNumber", "Acme"}}}},
-       {{"Lens Make", "Acme"}, {"Lens Serial Number", "Acme"}},
-       {},
-       {}},
+       {"Lens Make: Acme", "Lens Serial Number: Acme"}},
       {"text where numbers belong",
        {{"{Exif}", Map{{"ExposureTime", "abc"}, {"FNumber", "f2.8"}, {"Flash", "x"}}}},
-       {{"Shutter", "abc sec"}, {"Aperture", "ƒ/f2.8"}, {"Flash", "x"}},
-       {},
-       {}},
-      {"a number where text belongs", {{"{TIFF}", Map{{"Make", 42}}}}, {{"Make", "42"}}, {}, {}},
+       {"Shutter: abc sec", "Aperture: ƒ/f2.8", "Flash: x"}},
+      {"a number where text belongs", {{"{TIFF}", Map{{"Make", 42}}}}, {"Make: 42"}},
   };
   for (const Case& c : cases) {
     const auto groups = analyzeImageProperties(c.properties);
-    EXPECT_EQ(rowsOf(groups.cameraRows), c.camera) << c.what;
-    EXPECT_EQ(rowsOf(groups.locationRows), c.location) << c.what;
-    EXPECT_EQ(rowsOf(groups.creatorRows), c.creator) << c.what;
+    Lines rows = lines(groups.cameraRows);
+    for (const auto* group : {&groups.locationRows, &groups.creatorRows}) {
+      for (const std::string& line : lines(*group)) rows.push_back(line);
+    }
+    EXPECT_EQ(rows, c.rows) << c.what;
     EXPECT_TRUE(groups.imageRows.empty()) << c.what;
   }
   const auto noReference = analyzeImageProperties({{"{GPS}", Map{{"Latitude", 48.8584}}}});

@@ -10,21 +10,10 @@ namespace lumenscribe {
 namespace {
 
 using Map = MetadataValue::Map;
+using test::titlesOf;
+using Titles = std::vector<std::string>;
 
-const std::filesystem::path kImages = std::filesystem::path(LUMENSCRIBE_TEST_DATA_DIR) / "image";
-
-std::vector<std::string> titlesOf(const std::vector<InsightSection>& sections) {
-  std::vector<std::string> titles;
-  for (const auto& section : sections)
-    titles.push_back(section.title + " / " + section.systemImage);
-  return titles;
-}
-
-std::vector<std::string> titlesOf(const std::vector<PrivacyFinding>& findings) {
-  std::vector<std::string> titles;
-  for (const auto& finding : findings) titles.push_back(finding.title);
-  return titles;
-}
+const std::filesystem::path kImages = test::kData / "image";
 
 ImageMetadataGroups groupsWith(bool image, bool camera, bool location, bool creator) {
   ImageMetadataGroups groups;
@@ -45,16 +34,12 @@ TEST(ImagePass, sectionsFindingsAndRawEntriesComeInTheirFixedOrder) {
 
   addImageMetadata(groupsWith(true, true, true, true), accumulators);
   EXPECT_EQ(titlesOf(accumulators.sections),
-            (std::vector<std::string>{"File / doc.fill", "Image / photo.fill",
-                                      "Camera / camera.fill", "Location / location.fill",
-                                      "Software & Creator / person.text.rectangle.fill"}));
+            (Titles{"File", "Image", "Camera", "Location", "Software & Creator"}));
   EXPECT_EQ(accumulators.summaryItems,
-            (std::vector<std::string>{"File Health", "Image", "Camera", "Location",
-                                      "Software & Creator"}));
-  EXPECT_EQ(
-      titlesOf(accumulators.findings),
-      (std::vector<std::string>{"Earlier finding", "Location data is embedded",
-                                "Creation history is visible", "Camera details are visible"}));
+            (Titles{"File Health", "Image", "Camera", "Location", "Software & Creator"}));
+  EXPECT_EQ(titlesOf(accumulators.findings),
+            (Titles{"Earlier finding", "Location data is embedded", "Creation history is visible",
+                    "Camera details are visible"}));
   for (std::size_t i = 1; i < accumulators.findings.size(); ++i) {
     EXPECT_EQ(accumulators.findings[i].level, PrivacyLevel::notice);
   }
@@ -65,19 +50,15 @@ TEST(ImagePass, sectionsFindingsAndRawEntriesComeInTheirFixedOrder) {
 TEST(ImagePass, eachFindingRestsOnItsGroupAlone) {
   struct Case {
     ImageMetadataGroups groups;
-    std::vector<std::string> sections;
-    std::vector<std::string> findings;
+    Titles sections;
+    Titles findings;
   };
   const Case cases[] = {
-      {groupsWith(true, false, false, false), {"Image / photo.fill"}, {}},
-      {groupsWith(false, true, false, false),
-       {"Camera / camera.fill"},
-       {"Camera details are visible"}},
-      {groupsWith(false, false, true, false),
-       {"Location / location.fill"},
-       {"Location data is embedded"}},
+      {groupsWith(true, false, false, false), {"Image"}, {}},
+      {groupsWith(false, true, false, false), {"Camera"}, {"Camera details are visible"}},
+      {groupsWith(false, false, true, false), {"Location"}, {"Location data is embedded"}},
       {groupsWith(false, false, false, true),
-       {"Software & Creator / person.text.rectangle.fill"},
+       {"Software & Creator"},
        {"Creation history is visible"}},
       {groupsWith(false, false, false, false), {}, {}},
   };
@@ -118,7 +99,7 @@ TEST(ImagePass, readsThePropertyMapOfAnyPictureWhateverItsName) {
 TEST(ImagePass, startsNoDecoderForFilesThatCannotBePictures) {
   platform::DecoderClient decoder;
   test::TempDir dir;
-  const std::filesystem::path health = std::filesystem::path(LUMENSCRIBE_TEST_DATA_DIR) / "health";
+  const std::filesystem::path health = test::kData / "health";
   for (const auto& file :
        {dir.write("notes.jpg", "Just words.\n"), health / "one_page.pdf", health / "intact.zip"}) {
     EXPECT_FALSE(readImagePropertyMap(test::openedItem(file), decoder)) << file;

@@ -6,6 +6,8 @@
 #include <QString>
 #include <QTest>
 #include <filesystem>
+#include <fstream>
+#include <string_view>
 
 #include "app/content_view.h"
 
@@ -14,6 +16,13 @@ namespace lumenscribe::app::testing {
 /// A fixture made by data/make-fixtures.sh.
 inline std::filesystem::path fixture(const char* name) {
   return std::filesystem::path(LUMENSCRIBE_APP_FIXTURES_DIR) / name;
+}
+
+/// Writes `content` to `path`; whether it could.
+inline bool writeFile(const std::filesystem::path& path, std::string_view content) {
+  std::ofstream out(path, std::ios::binary);
+  out.write(content.data(), static_cast<std::streamsize>(content.size()));
+  return static_cast<bool>(out.flush());
 }
 
 /// Starts an inspection and waits until its outcome is on screen.

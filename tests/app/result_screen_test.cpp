@@ -82,8 +82,6 @@ class ResultScreenTest : public QObject {
              (QStringList{"Digital Fingerprint (SHA-256)", "Owner"}));
     QCOMPARE(texts(screen.summaryPills()),
              (QStringList{"File", "Identity & Integrity", "Software / Tools"}));
-    QCOMPARE(screen.summaryPills().at(1)->toolTip(),
-             QStringLiteral("Jump to Identity & Integrity"));
     QVERIFY(screen.anchorWidget("pageTop"));
     QVERIFY(screen.anchorWidget("sharingPrivacy"));
   }
@@ -146,7 +144,6 @@ class ResultScreenTest : public QObject {
     QCOMPARE(camera->visibleRowLabels(), (QStringList{"Camera", "Make", "ISO", "Captured"}));
     QCOMPARE(camera->captionLabel()->text(), QStringLiteral("Camera essentials"));
     QCOMPARE(camera->detailButton()->text(), QStringLiteral("Dive Deeper"));
-    QCOMPARE(camera->detailButton()->toolTip(), QStringLiteral("Reveal deeper camera metadata"));
 
     QSignalSpy toggled(&screen, &ResultScreen::detailsToggleRequested);
     QTest::mouseClick(camera->detailButton(), Qt::LeftButton);
@@ -157,9 +154,7 @@ class ResultScreenTest : public QObject {
     QCOMPARE(camera->visibleRowLabels(),
              (QStringList{"Camera", "Make", "ISO", "Captured", "Exposure Program", "Metering Mode",
                           "Flash"}));
-    QCOMPARE(camera->captionLabel()->text(), QStringLiteral("Full EXIF view"));
     QCOMPARE(camera->detailButton()->text(), QStringLiteral("Show Less"));
-    QCOMPARE(camera->detailButton()->toolTip(), QStringLiteral("Hide deeper camera metadata"));
 
     SectionCard* videoCard = screen.sectionCard("Video");
     QCOMPARE(videoCard->visibleRowLabels(),
@@ -167,7 +162,6 @@ class ResultScreenTest : public QObject {
     // Expanding one kind leaves the other as it was.
     QCOMPARE(videoCard->detailButton()->text(), QStringLiteral("Dive Deeper"));
     screen.setDetailsShown(DetailKind::video, true);
-    QCOMPARE(videoCard->captionLabel()->text(), QStringLiteral("Full stream view"));
     QCOMPARE(videoCard->visibleRowLabels().size(), 6);
   }
 
@@ -185,9 +179,6 @@ class ResultScreenTest : public QObject {
     PillButton* button = screen.sectionCard("File Health")->inspectFurtherButton();
     QVERIFY(button);
     QCOMPARE(button->text(), QStringLiteral("Inspect Further"));
-    QCOMPARE(
-        button->toolTip(),
-        QStringLiteral("Explain what Lumenscribe found and why the health check is uncertain"));
     std::vector<InsightSection> requested;
     connect(&screen, &ResultScreen::inspectFurtherRequested, this,
             [&requested](const InsightSection& asked) { requested.push_back(asked); });
@@ -211,9 +202,7 @@ class ResultScreenTest : public QObject {
         {});
     const QList<PillButton*> pills = screen.severityPills();
     QCOMPARE(texts(pills), (QStringList{"Info", "Caution", "Warning"}));
-    QCOMPARE(pills[0]->toolTip(), QStringLiteral("No info findings"));
     QCOMPARE(pills[1]->toolTip(), QStringLiteral("Jump to Sharing & Privacy"));
-    QCOMPARE(pills[2]->toolTip(), QStringLiteral("No warning findings"));
     QVERIFY(pills[0]->isMuted() && !pills[1]->isMuted() && pills[2]->isMuted());
     QCOMPARE(screen.verdictLabel()->text(), QStringLiteral("Review suggested"));
     QCOMPARE(screen.privacyCard()->countTexts(), QStringList{"2 CAUTION"});
@@ -269,10 +258,7 @@ class ResultScreenTest : public QObject {
     screen.setRawMetadataShown(true);
     QApplication::processEvents();
     QWidget* content = screen.scrollArea()->widget();
-    QVERIFY2(content->width() <= screen.scrollArea()->viewport()->width(),
-             qPrintable(QStringLiteral("content %1 wider than viewport %2")
-                            .arg(content->width())
-                            .arg(screen.scrollArea()->viewport()->width())));
+    QVERIFY(content->width() <= screen.scrollArea()->viewport()->width());
     const RawMetadataList* list = screen.rawMetadataBlock()->list();
     QVERIFY(list);
     QCOMPARE(list->entryCount(), 150);
@@ -288,7 +274,6 @@ class ResultScreenTest : public QObject {
     screen.setReturnToTopShown(true);
     PillButton* back = screen.returnToTopButton();
     QVERIFY(back->isVisible());
-    QCOMPARE(back->toolTip(), QStringLiteral("Return to the top of the inspection"));
     QTest::mouseClick(back, Qt::LeftButton);
     QTRY_COMPARE(bar->value(), 0);
     QCOMPARE(wanted.count(), 2);

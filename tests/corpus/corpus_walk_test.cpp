@@ -35,13 +35,13 @@ bool operator==(const timespec& a, const timespec& b) {
 }
 
 bool hasSection(const LumenscribeResult& result, std::string_view title) {
-  return std::any_of(result.sections.begin(), result.sections.end(),
-                     [&](const InsightSection& section) { return section.title == title; });
+  const auto titles = test::titlesOf(result.sections);
+  return std::find(titles.begin(), titles.end(), title) != titles.end();
 }
 
 bool hasFinding(const LumenscribeResult& result, std::string_view title) {
-  return std::any_of(result.privacyFindings.begin(), result.privacyFindings.end(),
-                     [&](const PrivacyFinding& finding) { return finding.title == title; });
+  const auto titles = test::titlesOf(result.privacyFindings);
+  return std::find(titles.begin(), titles.end(), title) != titles.end();
 }
 
 // The image pass: each of its sections brings its finding (other analyzers may raise the
@@ -110,10 +110,7 @@ const InsightSection* sectionTitled(const LumenscribeResult& result, std::string
 }
 
 std::string rowValue(const InsightSection& section, std::string_view label) {
-  for (const auto& row : section.rows) {
-    if (row.label == label) return row.value;
-  }
-  return {};
+  return test::rowValue({section}, section.title, label);
 }
 
 // What the PDF and text analyses add holds together, whatever the file.

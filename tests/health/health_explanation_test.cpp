@@ -30,13 +30,15 @@ InsightSection healthSection(const std::filesystem::path& file) {
 const InsightRow& structureRow(const InsightSection& section) { return section.rows.at(2); }
 
 // Every structure row the health check writes, one case per label, taken from what the check
-// wrote for the fixtures, an empty file, a file that shrank after it was opened, and a decoder
-// that cannot start.
+// wrote for the fixtures of every kind, an empty file, a file that shrank after it was opened, and
+// a decoder that cannot start.
 TEST(HealthExplanation, knowsEveryStructureRowTheHealthCheckWrites) {
   test::TempDir dir;
   std::vector<InsightSection> sections;
-  for (const auto& entry : std::filesystem::directory_iterator(kFixtures)) {
-    sections.push_back(healthSection(entry.path()));
+  for (const auto& folder : {kFixtures, test::kData / "type_health"}) {
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+      sections.push_back(healthSection(entry.path()));
+    }
   }
   const auto file = dir.write("shrinks.txt", std::string(100, 'a'));
   const platform::OpenedItem shrunk = test::openedItem(file);
@@ -48,7 +50,7 @@ TEST(HealthExplanation, knowsEveryStructureRowTheHealthCheckWrites) {
   std::map<std::string, InsightSection> byLabel;
   for (const InsightSection& section : sections)
     byLabel.emplace(structureRow(section).label, section);
-  ASSERT_GE(byLabel.size(), 5u);
+  ASSERT_GE(byLabel.size(), 7u);
   for (const auto& [label, section] : byLabel) {
     SCOPED_TRACE(label);
     const HealthInspection inspection = healthInspection(section);

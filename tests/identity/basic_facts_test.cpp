@@ -4,16 +4,13 @@
 
 #include <gtest/gtest.h>
 
+#include "test_files.h"
+
 namespace lumenscribe {
 namespace {
 
-using Pairs = std::vector<std::pair<std::string, std::string>>;
-
-Pairs pairs(const std::vector<InsightRow>& rows) {
-  Pairs out;
-  for (const auto& row : rows) out.emplace_back(row.label, row.value);
-  return out;
-}
+using test::Lines;
+using test::lines;
 
 TEST(BasicFileFacts, givesOnlyTheRowsItHasFactsForInTheirOrder) {
   ItemFacts bare;
@@ -29,42 +26,29 @@ TEST(BasicFileFacts, givesOnlyTheRowsItHasFactsForInTheirOrder) {
   package.contentType = ContentType("inode/directory", std::nullopt);
   ItemFacts folder = package;
   folder.isPackage = false;
-  const std::string epoch = "Jan 1, 1970, 12:00:00\u202FAM";
-  struct Case {
+  const struct {
     const char* path;
     const ItemFacts& facts;
-    Pairs rows;
-  };
-  const Case cases[] = {
-      {"/data/blob",
-       bare,
-       {{"Name", "blob"}, {"Type", "Unknown"}, {"Extension", "None"}, {"Path", "/data/blob"}}},
+    Lines rows;
+  } cases[] = {
+      {"/data/blob", bare, {"Name: blob", "Type: Unknown", "Extension: None", "Path: /data/blob"}},
       {"/p/IMG_0042.JPG",
        photo,
-       {{"Name", "IMG_0042.JPG"},
-        {"Type", "JPEG image"},
-        {"Size", "Zero KB"},
-        {"Created", epoch},
-        {"Modified", epoch},
-        {"Extension", "jpg"},
-        {"Path", "/p/IMG_0042.JPG"}}},
+       {"Name: IMG_0042.JPG", "Type: JPEG image", "Size: Zero KB",
+        "Created: Jan 1, 1970, 12:00:00\u202FAM", "Modified: Jan 1, 1970, 12:00:00\u202FAM",
+        "Extension: jpg", "Path: /p/IMG_0042.JPG"}},
       {"/p/Tool.app",
        package,
-       {{"Name", "Tool.app"},
-        {"Type", "inode/directory"},
-        {"Container Type", "macOS Package"},
-        {"Path", "/p/Tool.app"}}},
+       {"Name: Tool.app", "Type: inode/directory", "Container Type: macOS Package",
+        "Path: /p/Tool.app"}},
       {"/p/Photos",
        folder,
-       {{"Name", "Photos"},
-        {"Type", "inode/directory"},
-        {"Container Type", "Folder"},
-        {"Path", "/p/Photos"}}},
+       {"Name: Photos", "Type: inode/directory", "Container Type: Folder", "Path: /p/Photos"}},
   };
-  for (const Case& c : cases) EXPECT_EQ(pairs(basicFileFacts(c.path, c.facts)), c.rows) << c.path;
+  for (const auto& c : cases) EXPECT_EQ(lines(basicFileFacts(c.path, c.facts)), c.rows) << c.path;
   // Letters beyond ASCII are lower-cased too; bytes that are not UTF-8 are replaced.
-  EXPECT_EQ(pairs(basicFileFacts("/p/map.\u00C9PS", bare))[2].second, "\u00E9ps");
-  EXPECT_EQ(pairs(basicFileFacts("/p/caf\xE9.txt", bare))[0].second, "caf\uFFFD.txt");
+  EXPECT_EQ(lines(basicFileFacts("/p/map.\u00C9PS", bare))[2], "Extension: \u00E9ps");
+  EXPECT_EQ(lines(basicFileFacts("/p/caf\xE9.txt", bare))[0], "Name: caf\uFFFD.txt");
 }
 
 }  // namespace

@@ -51,19 +51,14 @@ TEST(ContentSignature, firstMatchingTestInTableOrderDecides) {
       {"\xFF\xD8"s, nullptr, nullptr, nullptr},  // too short for JPEG, and not printable
       {"%PDF-1.7\n%\xE2\xE3\xCF\xD3\n"s, "PDF document", "pdf", "application/pdf"},
       {withPadding("PK\x03\x04"s, 30), "ZIP archive", "archive", "application/zip"},
-      {withPadding("PK\x05\x06"s, 22), "ZIP archive", "archive", "application/zip"},
-      {withPadding("PK\x07\x08"s, 30), "ZIP archive", "archive", "application/zip"},
       // An office document or e-book is a ZIP archive first.
       {withPadding("PK\x03\x04\x14\0\0\0mimetypeapplication/epub+zip"s, 80), "ZIP archive",
        "archive", "application/zip"},
-      {"GIF87a\x01\0\x01\0"s, "GIF image", "image", "image/gif"},
       {withPadding("II*\0"s, 20), "TIFF image", "image", "image/tiff"},
-      {withPadding("MM\0*"s, 20), "TIFF image", "image", "image/tiff"},
       // The MIME database has no rule for Mach-O programs.
       {withPadding("\xCF\xFA\xED\xFE\x07\0\0\x01"s, 64), "Mach-O program", "executable", ""},
       {withPadding("RIFF\x24\0\0\0WAVEfmt "s, 44), "WAV audio", "audio", "audio/x-wav"},
       {withPadding("RIFF\0\0\0\0AVI LIST"s, 44), "AVI video", "video", "video/x-msvideo"},
-      {withPadding("RIFF\0\0\0\0WEBPVP8 "s, 44), "WebP image", "image", "image/webp"},
       // A RIFF form we do not know goes on: here to the text heuristic.
       {"RIFF1234ABCD plain words"s, "Plain text", "text", "text/plain"},
       {withPadding("RIFF\x10\0\0\0ABCD"s, 44), nullptr, nullptr, nullptr},
@@ -73,15 +68,10 @@ TEST(ContentSignature, firstMatchingTestInTableOrderDecides) {
        "ftypM4V "s,
        "M4V / MPEG-4 video", "video", "video/mp4"},
       {"RIFFabcdWAV"s, "Plain text", "text", "text/plain"},
-      {isoMedia("M4A "), "M4A / MPEG-4 audio", "audio", "audio/mp4"},
-      {isoMedia("M4B "), "M4A / MPEG-4 audio", "audio", "audio/mp4"},
       {isoMedia("M4V "), "M4V / MPEG-4 video", "video", "video/mp4"},
       // iPhone photos are HEIF images, whatever else their brands say.
       {isoMedia("heic", "mif1heic"), "HEIF image", "image", "image/heif"},
-      {isoMedia("heix"), "HEIF image", "image", "image/heif"},
-      {isoMedia("hevc"), "HEIF image", "image", "image/heif"},
       {isoMedia("avif", "avifmif1miaf"), "AVIF image", "image", "image/avif"},
-      {isoMedia("avis"), "AVIF image", "image", "image/avif"},
       // The structural brands say HEIF; their compatible brands tell AV1 from HEVC.
       {isoMedia("mif1", "mif1heic"), "HEIF image", "image", "image/heif"},
       {isoMedia("mif1", "mif1avifmiaf"), "AVIF image", "image", "image/avif"},
@@ -142,22 +132,15 @@ TEST(ContentSignature, categoriesFollowTypeConformance) {
       {"application/pdf", "archive", false},
       {"application/epub+zip", "archive", true},  // inherits application/zip
       {"application/x-bzip", "archive", true},    // named by its alias, x-bzip2, too
-      {"application/x-bzip-compressed-tar", "archive", true},
-      {"audio/mpeg", "audio", true},
-      {"video/quicktime", "video", true},
       {"audio/mp4", "video", false},
       {"text/x-python", "text", true},
-      {"application/pdf", "text", false},
       {"application/x-executable", "executable", true},
-      {"application/x-sharedlib", "executable", true},
-      {"application/x-ms-dos-executable", "executable", true},
       {"application/x-shellscript", "executable", true},  // the database files scripts here
       {"text/plain", "executable", false},
       {"application/gzip", "compressed", true},
       {"application/x-compressed-tar", "compressed", true},  // inherits application/gzip
       {"image/svg+xml-compressed", "compressed", true},
       {"application/x-bzip", "compressed", true},
-      {"application/zstd", "compressed", true},
       {"application/zip", "compressed", false},
       {"image/png", "picture", false},  // not a category
       {"image/png", "Image", false},    // categories are case-sensitive

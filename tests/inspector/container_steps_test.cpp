@@ -1,8 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Lumenscribe Project
 // SPDX-License-Identifier: MIT
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include <filesystem>
 
@@ -16,16 +14,10 @@ namespace {
 namespace fs = std::filesystem;
 using test::TempDir;
 
-const fs::path kFixtures = fs::path(LUMENSCRIBE_TEST_DATA_DIR) / "containers";
-
-std::vector<std::string> titlesOf(const LumenscribeResult& result) {
-  std::vector<std::string> titles;
-  for (const auto& section : result.sections) titles.push_back(section.title);
-  return titles;
-}
+const fs::path kFixtures = test::kData / "containers";
 
 bool hasSection(const LumenscribeResult& result, std::string_view title) {
-  const auto titles = titlesOf(result);
+  const auto titles = test::titlesOf(result.sections);
   return std::find(titles.begin(), titles.end(), title) != titles.end();
 }
 
@@ -50,7 +42,7 @@ TEST(ContainerSteps, onlyTheZipExtensionInAnyCaseBringsTheListing) {
 TEST(ContainerSteps, theInventoryFollowsTheHealthCheckAndPrecedesTheFindingsDefault) {
   const auto result = FileInspector().inspect(kFixtures / "listing.zip");
   ASSERT_TRUE(result);
-  const auto titles = titlesOf(*result);
+  const auto titles = test::titlesOf(result->sections);
   const auto health = std::find(titles.begin(), titles.end(), "File Health");
   ASSERT_NE(health, titles.end());
   ASSERT_NE(health + 1, titles.end());
@@ -59,7 +51,7 @@ TEST(ContainerSteps, theInventoryFollowsTheHealthCheckAndPrecedesTheFindingsDefa
 
   const auto folder = FileInspector().inspect(kFixtures);
   ASSERT_TRUE(folder);
-  EXPECT_EQ(titlesOf(*folder).at(1), "Folder Contents");
+  EXPECT_EQ(folder->sections.at(1).title, "Folder Contents");
 }
 
 TEST(ContainerSteps, aStopThroughTheInspectorEndsTheWalkButNotTheInspection) {
@@ -73,22 +65,6 @@ TEST(ContainerSteps, aStopThroughTheInspectorEndsTheWalkButNotTheInspection) {
   ASSERT_FALSE(result.sections.empty());
   EXPECT_EQ(result.rawMetadata.at("Container Files"), "0");
   EXPECT_EQ(progressCalls, 0);
-}
-
-TEST(ContainerSteps, walkingAFolderLeavesTheAccessTimesOfItsFoldersAlone) {
-  TempDir dir;
-  fs::create_directories(dir.path() / "inner" / "deeper");
-  dir.write("inner/deeper/file.txt", "f");
-  const timespec past[2] = {{1'000'000'000, 0}, {1'000'000'000, 0}};
-  for (const auto& folder : {dir.path() / "inner", dir.path() / "inner" / "deeper"}) {
-    ASSERT_EQ(::utimensat(AT_FDCWD, folder.c_str(), past, 0), 0);
-  }
-  ASSERT_TRUE(FileInspector().inspect(dir.path()));
-  for (const auto& folder : {dir.path() / "inner", dir.path() / "inner" / "deeper"}) {
-    struct stat status {};
-    ASSERT_EQ(::stat(folder.c_str(), &status), 0);
-    EXPECT_EQ(status.st_atim.tv_sec, 1'000'000'000) << folder;
-  }
 }
 
 }  // namespace
