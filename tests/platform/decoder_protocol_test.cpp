@@ -378,5 +378,34 @@ TEST(MediaProtocol, refusesADescriptionOutOfBounds) {
   EXPECT_TRUE(refusedWhenCutAnywhere(movie(), readMediaDescription));
 }
 
+TEST(CleanCopyProtocol, recordsReadBackAndRefuseEveryValueOutOfPlace) {
+  const std::optional<PixelFingerprint> pixels = PixelFingerprint{{1, 2, 3}, 640, 480};
+  EXPECT_EQ(roundTrip(pixels, readPixelFingerprint), pixels);
+  const std::optional<CleanCopySource> source = CleanCopySource{ImageFormat::heic, 1, 64, 48};
+  EXPECT_EQ(roundTrip(source, readCleanCopySource), source);
+  const CleanCopyOutcome outcome{CleanCopyStatus::written, 1 << 20};
+  EXPECT_EQ(roundTrip(outcome, readCleanCopyOutcome), outcome);
+  const auto request =
+      roundTrip(CleanCopyRequest{CleanCopyKind::standard, 100}, readCleanCopyRequest);
+  ASSERT_TRUE(request);
+  EXPECT_EQ(request->kind, CleanCopyKind::standard);
+  EXPECT_TRUE(refusedWhenCutAnywhere(pixels, readPixelFingerprint));
+  EXPECT_TRUE(refusedWhenCutAnywhere(source, readCleanCopySource));
+  EXPECT_TRUE(refusedWhenCutAnywhere(outcome, readCleanCopyOutcome));
+
+  const auto refused = [](const auto& record, auto read) {
+    return !roundTrip(record, read).has_value();
+  };
+  EXPECT_TRUE(refused(std::optional(PixelFingerprint{{}, 0, 480}), readPixelFingerprint));
+  EXPECT_TRUE(refused(std::optional(CleanCopySource{static_cast<ImageFormat>(8), 1, 1, 1}),
+                      readCleanCopySource));
+  EXPECT_TRUE(
+      refused(std::optional(CleanCopySource{ImageFormat::png, 0, 1, 1}), readCleanCopySource));
+  EXPECT_TRUE(refused(CleanCopyRequest{static_cast<CleanCopyKind>(2), 0}, readCleanCopyRequest));
+  EXPECT_TRUE(refused(CleanCopyRequest{CleanCopyKind::standard, 101}, readCleanCopyRequest));
+  EXPECT_TRUE(refused(CleanCopyOutcome{static_cast<CleanCopyStatus>(6), 0}, readCleanCopyOutcome));
+  EXPECT_TRUE(refused(CleanCopyOutcome{CleanCopyStatus::written, -1}, readCleanCopyOutcome));
+}
+
 }  // namespace
 }  // namespace lumenscribe::platform::decoder
