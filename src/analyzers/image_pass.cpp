@@ -13,10 +13,10 @@ namespace lumenscribe {
 namespace {
 
 // Starting a decoder worker costs more than a small file's whole inspection, and no image
-// loader or metadata reader reads text, PDFs, archives or audio: those are not sent to one.
+// loader or metadata reader reads text, PDFs, archives, audio or video: those are not sent to one.
 bool mayHoldPicture(const platform::OpenedItem& item) {
   using namespace std::string_view_literals;
-  constexpr std::array kNeverPictures = {"text"sv, "pdf"sv, "archive"sv, "audio"sv};
+  constexpr std::array kNeverPictures = {"text"sv, "pdf"sv, "archive"sv, "audio"sv, "video"sv};
   const auto signature = contentSignatureOf(item.head());
   return !signature || std::find(kNeverPictures.begin(), kNeverPictures.end(),
                                  signature->category) == kNeverPictures.end();
