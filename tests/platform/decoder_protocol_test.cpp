@@ -278,6 +278,8 @@ TEST(PropertyMapProtocol, refusesMalformedBytes) {
       {"a count past what is there", patched({U8{5}, U32{0xFFFFFFFF}, Text{"k"}})},
       {"an array claiming more values than allowed",
        patched({U8{5}, U32{1}, Text{"k"}, U8{4}, U32{kMaxPropertyNodes + 1}})},
+      {"an array claiming four billion values, too many to make room for",
+       patched({U8{5}, U32{1}, Text{"k"}, U8{4}, U32{0xFFFFFFFF}})},
       {"a presence flag of 2", std::vector{std::byte{2}}},
   };
   for (const Case& c : cases) EXPECT_FALSE(properties(c.bytes)) << c.what;
