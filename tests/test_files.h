@@ -69,6 +69,19 @@ inline Lines lines(const RawMetadata& raw) {
   return out;
 }
 
+/// Lines as one text, each ended by a line feed: one comparison, and a line-by-line diff
+/// when it fails.
+inline std::string block(const Lines& lines) {
+  std::string text;
+  for (const auto& line : lines) text += line + "\n";
+  return text;
+}
+inline std::string block(const std::vector<InsightSection>& sections, std::string_view title) {
+  return block(lines(sections, title));
+}
+inline std::string block(const RawMetadata& raw) { return block(lines(raw)); }
+inline std::string block(const std::vector<InsightRow>& rows) { return block(lines(rows)); }
+
 inline std::vector<std::string> titlesOf(const std::vector<InsightSection>& sections) {
   std::vector<std::string> titles;
   for (const auto& section : sections) titles.push_back(section.title);

@@ -42,9 +42,9 @@ Accumulators analyzed(const MediaProbe& media) {
 
 TEST(AudioAnalysis, streamRowsComeFromTheDecodedFormat) {
   const Accumulators song = analyzed(audioFile(185));
-  EXPECT_EQ(test::lines(song.sections, "Audio"),
-            (test::Lines{"Sample Rate: 44100 Hz", "Channels: 2", "Duration: 3:05",
-                         "Bit Depth: 32-bit", "Format: lpcm"}));
+  EXPECT_EQ(
+      test::block(song.sections, "Audio"),
+      "Sample Rate: 44100 Hz\nChannels: 2\nDuration: 3:05\nBit Depth: 32-bit\nFormat: lpcm\n");
   EXPECT_EQ(song.summaryItems, std::vector<std::string>{"Audio"});
   EXPECT_EQ(song.rawMetadata.at("Audio Sample Rate"), "44100 Hz");
   EXPECT_EQ(song.rawMetadata.at("Audio Duration"), "3:05");
@@ -71,20 +71,23 @@ TEST(AudioAnalysis, streamRowsComeFromTheDecodedFormat) {
 }
 
 TEST(AudioAnalysis, tagsGetRowsByTheirKeysAndAlwaysARawEntry) {
-  const Accumulators tagged = analyzed(audioFile(
-      2, {{{"title", "  Song  "},
-           {"ALBUM_ARTIST", "Band"},
-           {"album", "Album"},
-           {"TYEAR", "1999"},
-           {"description", "Liner\nnotes\n"},
-           {"lyricist", "Writer"},
-           {"comment", " \t\n "},
-           {"copyright", "\u00A0© 2024\u2003"}},
-          {{"artist", "Band"}, {"title", "Song"}, {"genre", "Ambient"}, {"COMPOSER", "Someone"}}}));
-  EXPECT_EQ(test::lines(tagged.sections, "Audio Tags"),
-            (test::Lines{"Title: Song", "Artist: Band", "Album: Album", "Date: 1999",
-                         "Comment: Liner\nnotes", "Copyright: © 2024", "Genre: Ambient",
-                         "Composer: Someone"}));
+  const Accumulators tagged = analyzed(audioFile(2, {{{"title", "  Song  "},
+                                                      {"ALBUM_ARTIST", "Band"},
+                                                      {"album", "Album"},
+                                                      {"TYEAR", "1999"},
+                                                      {"description", "Liner\nnotes\n"},
+                                                      {"lyricist", "Writer"},
+                                                      {"comment", " \t\n "},
+                                                      {"copyright", "\u00A0© 2024\u2003"}},
+                                                     {{"artist", "Band"},
+                                                      {"title", "Song"},
+                                                      {"genre", "Ambient"},
+                                                      {"COMPOSER", "Someone"},
+                                                      {"author", "Poet"},
+                                                      {"creation_date", "2001"}}}));
+  EXPECT_EQ(test::block(tagged.sections, "Audio Tags"),
+            "Title: Song\nArtist: Band\nAlbum: Album\nDate: 1999\nComment: Liner\nnotes\n"
+            "Copyright: © 2024\nGenre: Ambient\nComposer: Someone\nArtist: Poet\nDate: 2001\n");
   EXPECT_EQ(tagged.summaryItems, (std::vector<std::string>{"Audio", "Audio Tags"}));
   ASSERT_EQ(tagged.findings.size(), 1u);
   EXPECT_EQ(tagged.findings[0].title, "Descriptive audio tags are embedded");
@@ -134,38 +137,14 @@ TEST(AudioAnalysis, anUndecodableFileStillGivesItsDurationAndTags) {
             (RawMetadata{{"Audio AVAudioFile Error", "The decoder stopped on this file."}}));
 }
 
-TEST(AudioAnalysis, labelsTagKeysByTheFirstFragmentTheyHold) {
-  const struct {
-    const char* key;
-    const char* label;
-  } cases[] = {
-      {"title", "Title"},        {"album_artist", "Artist"}, {"author", "Artist"},
-      {"album", "Album"},        {"genre", "Genre"},         {"originalyear", "Date"},
-      {"creation_date", "Date"}, {"comment", "Comment"},     {"description", "Comment"},
-      {"composer", "Composer"},  {"copyright", "Copyright"}, {"subtitle", "Title"},
-      {"encoder", ""},           {"lyricist", ""},           {"", ""},
-  };
-  for (const auto& test : cases) {
-    EXPECT_EQ(audioTagLabel(test.key), test.label) << test.key;
-  }
-}
-
 // Real files through the whole inspection, with the real decoder worker.
 TEST(AudioAnalysis, realFilesGiveTheRowsFfprobeAgreesWith) {
   const FileInspector inspector(
       std::shared_ptr<platform::DecoderClient>(&test::sharedDecoder(), [](auto*) {}));
   const auto song = inspector.inspect(kMedia / "tagged.mp3");
   ASSERT_TRUE(song);
-  EXPECT_EQ(test::lines(song->sections, "Audio"),
-            (test::Lines{"Sample Rate: 44100 Hz", "Channels: 2", "Duration: 0:02",
-                         "Bit Depth: 32-bit", "Format: lpcm"}));
-  // The tags as ffprobe reads them (the decoder's tests), labelled.
-  EXPECT_EQ(rowsOf(song->sections, "Audio Tags").size(), 8u);
-  EXPECT_EQ(test::rowValue(song->sections, "Audio Tags", "Date"), "2024");
   // ID3's TSSE frame is the encoder's tag; the stream's own encoder tag comes later.
   EXPECT_EQ(song->rawMetadata.at("Audio Tag encoder"), "Lavc59.37");
-  EXPECT_EQ(song->rawMetadata.at("Audio Tag lyricist"), "A. Lyricist");
-
   // A 10 MB cover picture costs the worker nothing it cannot afford.
   test::TempDir dir;
   const auto covered = inspector.inspect(

@@ -70,8 +70,8 @@ TEST(ContainerSummary, anEmptyContainerHasOnlyCountsOfZeroAndTheInitialCheck) {
   EXPECT_EQ(titlesOf(accumulators.sections),
             (std::vector<std::string>{"Folder Contents", "Safe Inspection"}));
   EXPECT_EQ(accumulators.sections[0].systemImage, "folder.badge.gearshape");
-  EXPECT_EQ(test::lines(accumulators.sections, "Folder Contents"),
-            (test::Lines{"Files: 0", "Folders: 0", "Contents Size: Zero KB"}));
+  EXPECT_EQ(test::block(accumulators.sections, "Folder Contents"),
+            "Files: 0\nFolders: 0\nContents Size: Zero KB\n");
   EXPECT_EQ(rowsOf(accumulators.sections, "Safe Inspection").at(0).first, "Initial Check");
   EXPECT_TRUE(accumulators.findings.empty());
   EXPECT_EQ(accumulators.summaryItems,
@@ -107,19 +107,16 @@ TEST(ContainerSummary, publishesEveryCountRowPreviewFindingAndRawEntryInOrder) {
       titlesOf(accumulators.sections),
       (std::vector<std::string>{"ZIP Archive Contents", "Contents Preview", "Safe Inspection"}));
   EXPECT_EQ(accumulators.sections[0].systemImage, "archivebox.fill");
-  EXPECT_EQ(
-      test::lines(accumulators.sections, "ZIP Archive Contents"),
-      (test::Lines{"Files: 31", "Folders: 2", "Contents Size: 1.5 MB",
-                   "Top Types: MOV × 5 · JPG × 2 · PNG × 2 · A × 1 · B × 1 · C × 1 · D × 1 · E × 1",
-                   "Hidden Items: 1", "Executables: 2", "Nested Archives: 3"}));
-  const Rows preview = rowsOf(accumulators.sections, "Contents Preview");
+  EXPECT_EQ(test::block(accumulators.sections, "ZIP Archive Contents"),
+            "Files: 31\nFolders: 2\nContents Size: 1.5 MB\n"
+            "Top Types: MOV × 5 · JPG × 2 · PNG × 2 · A × 1 · B × 1 · C × 1 · D × 1 · E × 1\n"
+            "Hidden Items: 1\nExecutables: 2\nNested Archives: 3\n");
+  const test::Lines preview = test::lines(accumulators.sections, "Contents Preview");
   ASSERT_EQ(preview.size(), 20u);
-  EXPECT_EQ(preview.front(), (std::pair<std::string, std::string>{"01", "file 1"}));
-  EXPECT_EQ(preview.back(), (std::pair<std::string, std::string>{"20", "file 20"}));
-  EXPECT_EQ(test::lines(accumulators.sections, "Safe Inspection"),
-            (test::Lines{"Images: 4", "Videos: 5", "Audio: 6", "Documents: 7",
-                         "Double Extensions: 8", "Flagged Names: 9", "Executable Content: 2",
-                         "Nested Archives: 3", "Hidden Items: 1"}));
+  EXPECT_EQ(preview.front() + " … " + preview.back(), "01: file 1 … 20: file 20");
+  EXPECT_EQ(test::block(accumulators.sections, "Safe Inspection"),
+            "Images: 4\nVideos: 5\nAudio: 6\nDocuments: 7\nDouble Extensions: 8\n"
+            "Flagged Names: 9\nExecutable Content: 2\nNested Archives: 3\nHidden Items: 1\n");
   EXPECT_EQ(
       titlesOf(accumulators.findings),
       (std::vector<std::string>{"Visual media is present", "Double-extension filenames found",

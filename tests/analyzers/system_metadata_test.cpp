@@ -69,15 +69,13 @@ TEST(SystemMetadata, rowsComeInTheTablesOrderAndTheOriginRaisesItsFinding) {
   };
   Accumulators accumulators;
   addSystemMetadata(attributes, accumulators);
-  EXPECT_EQ(rowsOf(accumulators, "System Metadata"),
-            (Rows{{"Kind", "PDF document"},
-                  {"Title", "Quarterly report"},
-                  {"Type Family", "application/pdf, application/octet-stream"},
-                  {"Duration", "2:06"},
-                  {"Owner User ID", "1000"}}));
-  EXPECT_EQ(rowsOf(accumulators, "File Origin"),
-            (Rows{{"Where From", "https://example.com/r.pdf, https://example.com/"},
-                  {"Downloaded", mediumDateText(kDownloaded)}}));
+  EXPECT_EQ(test::block(accumulators.sections, "System Metadata"),
+            "Kind: PDF document\nTitle: Quarterly report\n"
+            "Type Family: application/pdf, application/octet-stream\nDuration: 2:06\n"
+            "Owner User ID: 1000\n");
+  EXPECT_EQ(test::block(accumulators.sections, "File Origin"),
+            "Where From: https://example.com/r.pdf, https://example.com/\nDownloaded: " +
+                mediumDateText(kDownloaded) + "\n");
   EXPECT_EQ(accumulators.summaryItems,
             (std::vector<std::string>{"System Metadata", "File Origin"}));
   ASSERT_EQ(accumulators.findings.size(), 1u);

@@ -43,13 +43,8 @@ void expectVerdict(const Accumulators& accumulators, const Expected& want) {
   const InsightSection& section = accumulators.sections[0];
   EXPECT_EQ(section.title, "File Health");
   EXPECT_EQ(section.systemImage, want.icon);
-  ASSERT_EQ(section.rows.size(), 3u);
-  EXPECT_EQ(section.rows[0].label, "Assessment");
-  EXPECT_EQ(section.rows[0].value, want.verdict);
-  EXPECT_EQ(section.rows[1].label, "Readable");
-  EXPECT_EQ(section.rows[1].value, "Yes");
-  EXPECT_EQ(section.rows[2].label, want.structureLabel);
-  EXPECT_EQ(section.rows[2].value, want.structureValue);
+  EXPECT_EQ(test::block(section.rows), "Assessment: " + want.verdict + "\nReadable: Yes\n" +
+                                           want.structureLabel + ": " + want.structureValue + "\n");
   EXPECT_EQ(accumulators.summaryItems, std::vector<std::string>{"File Health"});
   ASSERT_EQ(accumulators.rawMetadata.size(), 2u);
   EXPECT_EQ(accumulators.rawMetadata.at("File Health Assessment"), want.verdict);
@@ -159,12 +154,8 @@ TEST(HealthAssessment, unreadableFileIsReportedBeforeAnyCheck) {
   const auto file = dir.write("locked.jpg", "secret");
   ASSERT_EQ(::chmod(file.c_str(), 0), 0);
   const Accumulators accumulators = assess(file);
-  const auto& rows = accumulators.sections.at(0).rows;
-  ASSERT_EQ(rows.size(), 3u);
-  EXPECT_EQ(rows[0].value, "Unreadable");
-  EXPECT_EQ(rows[1].value, "No");
-  EXPECT_EQ(rows[2].label, "Structure");
-  EXPECT_EQ(rows[2].value, "Could not verify");
+  EXPECT_EQ(test::block(accumulators.sections, "File Health"),
+            "Assessment: Unreadable\nReadable: No\nStructure: Could not verify\n");
   EXPECT_EQ(accumulators.findings.at(0).level, PrivacyLevel::sensitive);
 }
 

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <span>
+
 #include "identity/content_detection.h"
 #include "platform/mime_database.h"
 #include "test_files.h"
@@ -39,16 +41,14 @@ TEST(TypeVerification, renamedFileIsAMismatchWithEveryRowRawEntryAndWarning) {
   TempDir dir;
   const Accumulators renamed = verify(dir.write("report.pdf", fixture("intact.zip")));
   EXPECT_EQ(renamed.sections.at(0).systemImage, "exclamationmark.triangle.fill");
-  EXPECT_EQ(test::lines(renamed.sections, "Type Verification"),
-            (test::Lines{"Filename Extension: .pdf", "Extension Suggests: PDF document",
-                         "MIME Type: PDF document", "Content Signature: ZIP archive",
-                         "Type Match: Mismatch detected"}));
-  EXPECT_EQ(
-      test::lines(renamed.rawMetadata),
-      (test::Lines{
-          "Type Verification Expected Type: application/pdf", "Type Verification Extension: pdf",
-          "Type Verification Result: Mismatch detected", "Type Verification Signature: ZIP archive",
-          "Type Verification macOS Type: application/pdf"}));
+  EXPECT_EQ(test::block(renamed.sections, "Type Verification"),
+            "Filename Extension: .pdf\nExtension Suggests: PDF document\nMIME Type: PDF document\n"
+            "Content Signature: ZIP archive\nType Match: Mismatch detected\n");
+  EXPECT_EQ(test::block(renamed.rawMetadata),
+            "Type Verification Expected Type: application/pdf\nType Verification Extension: pdf\n"
+            "Type Verification Result: Mismatch detected\n"
+            "Type Verification Signature: ZIP archive\n"
+            "Type Verification macOS Type: application/pdf\n");
   EXPECT_EQ(renamed.summaryItems, std::vector<std::string>{"Type Verification"});
   ASSERT_EQ(renamed.findings.size(), 1u);
   EXPECT_EQ(renamed.findings[0].title, "File type does not match its name");
@@ -106,46 +106,43 @@ TEST(TypeVerification, contentThatContradictsEveryTypeOfTheNameIsAMismatch) {
 const std::filesystem::path kTypeHealth = test::kData / "type_health";
 
 TEST(TypeVerification, everydayFilesFitTheirNamesAndDisguisedOnesDoNot) {
-  struct Case {
-    const char* file;
-    const char* signature;
-    bool mismatch;
-  };
-  const Case cases[] = {
-      // Photos and sounds in ISO media boxes.
-      {"photo.heic", "HEIF image", false},
-      {"photo.avif", "AVIF image", false},
-      {"generic_brand.m4a", "MP4 / QuickTime media", false},
-      {"clip.mp4", "MP4 / QuickTime media", false},
-      // Formats written as text, some filed elsewhere by the MIME database.
-      {"certificate.crt", "Plain text", false},
-      {"checkers.xbm", "Plain text", false},
-      {"checkers.xpm", "XPM image", false},
-      {"metrics.afm", "Plain text", false},
-      {"teal_ascii.ppm", "PPM image", false},
-      {"id_ed25519.pub", "Plain text", false},  // the database knows .pub as Publisher only
-      {"script_not_executable.txt", "shell script", false},
-      // A gzip-compressed SVG is gzip, and its name says so.
-      {"square.svgz", "Gzip archive", false},
-      {"tone.ogg", "Ogg Vorbis audio", false},
-      // Bytes before a ZIP do not hide it; every ZIP-based format is a ZIP.
-      {"prepended_bytes.zip", "ZIP archive", false},
-      {"archive_named.docx", "ZIP archive", false},
-      {"blank_before_header.pdf", "PDF document", false},
-      // Disguised.
-      {"jpeg_named.png", "JPEG image", true},
-      {"pdf_named.jpg", "PDF document", true},
-      {"gzip_named.txt", "Gzip archive", true},
-      {"zip_named.txt", "ZIP archive", true},
-      {"truncated_png_named.txt", "PNG image", true},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.file);
-    const Accumulators result = verify(kTypeHealth / c.file);
-    EXPECT_EQ(result.rawMetadata.at("Type Verification Signature"), c.signature);
-    EXPECT_EQ(result.rawMetadata.at("Type Verification Result"),
-              c.mismatch ? "Mismatch detected" : "No obvious mismatch");
-    EXPECT_EQ(result.findings.size(), c.mismatch ? 1u : 0u);
+  // Photos and sounds in ISO media boxes; formats written as text, some filed elsewhere by
+  // the MIME database (it knows .pub as Publisher only); a gzip-compressed SVG is gzip, and
+  // its name says so; bytes before a ZIP do not hide it; every ZIP-based format is a ZIP.
+  const std::pair<const char*, const char*> fitting[] = {
+      {"photo.heic", "HEIF image"},
+      {"photo.avif", "AVIF image"},
+      {"generic_brand.m4a", "MP4 / QuickTime media"},
+      {"clip.mp4", "MP4 / QuickTime media"},
+      {"certificate.crt", "Plain text"},
+      {"checkers.xbm", "Plain text"},
+      {"checkers.xpm", "XPM image"},
+      {"metrics.afm", "Plain text"},
+      {"teal_ascii.ppm", "PPM image"},
+      {"id_ed25519.pub", "Plain text"},
+      {"script_not_executable.txt", "shell script"},
+      {"square.svgz", "Gzip archive"},
+      {"tone.ogg", "Ogg Vorbis audio"},
+      {"prepended_bytes.zip", "ZIP archive"},
+      {"archive_named.docx", "ZIP archive"},
+      {"blank_before_header.pdf", "PDF document"}};
+  const std::pair<const char*, const char*> disguised[] = {
+      {"jpeg_named.png", "JPEG image"},
+      {"pdf_named.jpg", "PDF document"},
+      {"gzip_named.txt", "Gzip archive"},
+      {"zip_named.txt", "ZIP archive"},
+      {"truncated_png_named.txt", "PNG image"}};
+  for (const bool mismatch : {false, true}) {
+    for (const auto& [file, signature] :
+         mismatch ? std::span<const std::pair<const char*, const char*>>(disguised)
+                  : std::span<const std::pair<const char*, const char*>>(fitting)) {
+      SCOPED_TRACE(file);
+      const Accumulators result = verify(kTypeHealth / file);
+      EXPECT_EQ(result.rawMetadata.at("Type Verification Signature"), signature);
+      EXPECT_EQ(result.rawMetadata.at("Type Verification Result"),
+                mismatch ? "Mismatch detected" : "No obvious mismatch");
+      EXPECT_EQ(result.findings.size(), mismatch ? 1u : 0u);
+    }
   }
 }
 

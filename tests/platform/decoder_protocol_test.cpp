@@ -8,6 +8,7 @@
 #include <cmath>
 #include <functional>
 #include <limits>
+#include <variant>
 
 namespace lumenscribe::platform::decoder {
 namespace {
@@ -239,56 +240,47 @@ TEST(PropertyMapProtocol, refusesMalformedBytes) {
   longer.push_back(std::byte{0});
   EXPECT_FALSE(properties(longer));
 
-  const auto patched = [](std::function<void(Writer&)> body) {
-    Writer out;
-    out.u8(1);   // present
-    out.i32(1);  // one image
-    body(out);
-    return std::move(out).data();
+  // A present reply of one image whose properties are written as `body`, field by field:
+  // kinds are 1 text, 2 integer, 4 array, 5 map.
+  struct Text {
+    const char* text;
   };
+  const auto patched =
+      [](std::initializer_list<std::variant<std::uint8_t, std::uint32_t, std::int64_t, Text>>
+             body) {
+        Writer out;
+        out.u8(1);
+        out.i32(1);
+        for (const auto& field : body) {
+          std::visit(
+              [&out](auto value) {
+                if constexpr (std::is_same_v<decltype(value), std::uint8_t>) out.u8(value);
+                if constexpr (std::is_same_v<decltype(value), std::uint32_t>) out.u32(value);
+                if constexpr (std::is_same_v<decltype(value), std::int64_t>) out.i64(value);
+                if constexpr (std::is_same_v<decltype(value), Text>) out.text(value.text);
+              },
+              field);
+        }
+        return std::move(out).data();
+      };
+  using U8 = std::uint8_t;
+  using U32 = std::uint32_t;
+  using I64 = std::int64_t;
   struct Case {
     const char* what;
     std::vector<std::byte> bytes;
   };
   const Case cases[] = {
-      // Kinds: 1 text, 2 integer, 4 array, 5 map.
-      {"a top level that is not a map", patched([](Writer& out) {
-         out.u8(1);
-         out.text("x");
-       })},
-      {"a repeated key", patched([](Writer& out) {
-         out.u8(5);
-         out.u32(2);
-         for (std::int64_t value : {1, 2}) {
-           out.text("k");
-           out.u8(2);
-           out.i64(value);
-         }
-       })},
-      {"an unknown kind", patched([](Writer& out) {
-         out.u8(5);
-         out.u32(1);
-         out.text("k");
-         out.u8(9);
-       })},
-      {"a count past what is there", patched([](Writer& out) {
-         out.u8(5);
-         out.u32(0xFFFFFFFF);
-         out.text("k");
-       })},
-      {"an array claiming more values than allowed", patched([](Writer& out) {
-         out.u8(5);
-         out.u32(1);
-         out.text("k");
-         out.u8(4);
-         out.u32(kMaxPropertyNodes + 1);
-       })},
-      {"a presence flag of 2",
-       [] {
-         Writer out;
-         out.u8(2);
-         return std::move(out).data();
-       }()},
+      {"a top level that is not a map", patched({U8{1}, Text{"x"}})},
+      {"a repeated key",
+       patched({U8{5}, U32{2}, Text{"k"}, U8{2}, I64{1}, Text{"k"}, U8{2}, I64{2}})},
+      {"an unknown kind", patched({U8{5}, U32{1}, Text{"k"}, U8{9}})},
+      {"a count past what is there", patched({U8{5}, U32{0xFFFFFFFF}, Text{"k"}})},
+      {"an array claiming more values than allowed",
+       patched({U8{5}, U32{1}, Text{"k"}, U8{4}, U32{kMaxPropertyNodes + 1}})},
+      {"an array claiming four billion values, too many to make room for",
+       patched({U8{5}, U32{1}, Text{"k"}, U8{4}, U32{0xFFFFFFFF}})},
+      {"a presence flag of 2", std::vector{std::byte{2}}},
   };
   for (const Case& c : cases) EXPECT_FALSE(properties(c.bytes)) << c.what;
 }
