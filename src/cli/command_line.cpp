@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "cli/command_line.h"
 
+#include <cstddef>
+
 namespace lumenscribe::cli {
 
 std::filesystem::path absoluteItemPath(const std::filesystem::path& path) {
@@ -20,16 +22,36 @@ std::filesystem::path absoluteItemPath(const std::filesystem::path& path) {
 
 CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
   CommandLine line;
+  std::size_t next = 0;
+  if (!arguments.empty() && (arguments[0] == "compare" || arguments[0] == "clean")) {
+    line.command = arguments[0] == "compare" ? Command::compare : Command::clean;
+    next = 1;
+  }
+  const bool clean = line.command == Command::clean;
   bool optionsEnded = false;
-  for (const auto& argument : arguments) {
+  for (; next < arguments.size(); ++next) {
+    const std::string& argument = arguments[next];
     if (!optionsEnded && argument.size() > 1 && argument[0] == '-') {
       if (argument == "--") {
         optionsEnded = true;
-      } else if (argument == "--json") {
+      } else if (argument == "--json" && !clean) {
         line.json = true;
+      } else if (argument == "--standard" && clean) {
+        line.standard = true;
+      } else if (clean && (argument == "-o" || argument == "--output")) {
+        if (next + 1 == arguments.size()) {
+          line.error = "option '" + argument + "' needs a file name";
+          return line;
+        }
+        line.output = absoluteItemPath(arguments[++next]);
+      } else if (clean && argument.starts_with("--output=")) {
+        line.output = absoluteItemPath(argument.substr(9));
+      } else if (clean && argument.starts_with("-o")) {
+        line.output = absoluteItemPath(argument.substr(2));
       } else if (argument == "-h" || argument == "--help") {
         line.help = true;
-      } else if (argument == "-V" || argument == "--version") {
+      } else if ((argument == "-V" || argument == "--version") &&
+                 line.command == Command::inspect) {
         line.version = true;
       } else {
         line.error = "unrecognized option '" + argument + "'";
@@ -39,7 +61,19 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
     }
     line.items.push_back(absoluteItemPath(argument));
   }
-  if (!line.help && !line.version && line.items.empty()) line.error = "no FILE given";
+  if (line.help || line.version) return line;
+  switch (line.command) {
+    case Command::inspect:
+      if (line.items.empty()) line.error = "no FILE given";
+      break;
+    case Command::compare:
+      if (line.items.size() != 2) line.error = "compare needs two files";
+      break;
+    case Command::clean:
+      if (line.items.size() != 1) line.error = "clean needs one image";
+      if (line.output && line.output->filename().empty()) line.error = "no file name after -o";
+      break;
+  }
   return line;
 }
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "cli/command_line.h"
+#include "cli/subcommands.h"
 #include "core/path_text.h"
 #include "lumenscribe/file_inspector.h"
 #include "lumenscribe/product.h"
@@ -17,16 +18,30 @@ namespace {
 
 constexpr const char* kHelp =
     "Usage: lumenscribe-cli [--json] FILE...\n"
+    "  or:  lumenscribe-cli compare [--json] FILE1 FILE2\n"
+    "  or:  lumenscribe-cli clean [--standard] [-o OUT] IMAGE\n"
     "Tell what a file or folder knows: its real type, health, SHA-256 fingerprint,\n"
     "ownership, format metadata and privacy findings. Everything stays on this machine.\n"
     "\n"
+    "Commands:\n"
+    "  compare        compare two files: sizes, types and SHA-256 fingerprints, the\n"
+    "                 pixels of two images, the lines of two text files\n"
+    "  clean          save a copy of an image without its camera, location, creator\n"
+    "                 and software metadata (IMAGE-clean.EXT beside it, unless -o says\n"
+    "                 where), then check the copy\n"
+    "\n"
     "Options:\n"
-    "  --json         print one JSON object per item, one per line\n"
+    "  --json         print one JSON object per item, one per line (compare: one object)\n"
+    "  -o, --output=OUT  clean: write the copy to OUT (a file, or a folder to put it in)\n"
+    "  --standard     clean: decode and encode the image again instead of the pixel-safe\n"
+    "                 copy, for images that cannot be copied pixel-safe\n"
     "  -h, --help     show this help and exit\n"
     "  -V, --version  show the version and exit\n"
-    "  --             end of options (for files whose names start with '-')\n"
+    "  --             end of options (for files whose names start with '-', or are\n"
+    "                 named compare or clean)\n"
     "\n"
-    "Exit status: 0 when every item was inspected, 1 when one could not be, 2 on bad usage.\n";
+    "Exit status: 0 on success, 1 when an item could not be inspected, compared or copied,\n"
+    "2 on bad usage, 3 when clean cannot make a pixel-safe copy (try --standard).\n";
 
 void write(std::FILE* stream, const std::string& text) {
   std::fwrite(text.data(), 1, text.size(), stream);
@@ -52,6 +67,8 @@ int main(int argc, char** argv) {
     write(stderr, "lumenscribe-cli: " + line.error + "\n" + cli::kUsage + "\n");
     return 2;
   }
+  if (line.command == cli::Command::compare && !line.help) return cli::runCompare(line);
+  if (line.command == cli::Command::clean && !line.help) return cli::runClean(line);
   if (line.help) {
     write(stdout, kHelp);
     return finish(0);

@@ -13,6 +13,7 @@
 #include <exception>
 #include <string_view>
 
+#include "decoder/clean_copy.h"
 #include "decoder/compressed_stream.h"
 #include "decoder/exif_properties.h"
 #include "decoder/ffmpeg_log.h"
@@ -24,6 +25,8 @@
 #include "decoder/pdf_document.h"
 #include "decoder/pdf_structure.h"
 #include "decoder/picture_preview.h"
+#include "decoder/pixel_fingerprint.h"
+#include "platform/sha256.h"
 
 namespace lumenscribe::decoder {
 
@@ -85,7 +88,7 @@ std::chrono::steady_clock::time_point deadlineOf(const CheckBudget& budget) {
   return std::chrono::steady_clock::now() + std::chrono::milliseconds(budget.milliseconds);
 }
 
-Reply serve(RequestKind kind, Reader& in, const ItemBytes& item) {
+Reply serve(RequestKind kind, Reader& in, const ItemBytes& item, const SendChunk& sendChunk) {
   const Reply bad{ReplyStatus::badRequest, {}};
 #ifdef LUMENSCRIBE_DECODER_TEST_HOOKS
   if (item.fd >= 0) crashOnMarker(item);
@@ -112,6 +115,18 @@ Reply serve(RequestKind kind, Reader& in, const ItemBytes& item) {
     case RequestKind::imageProperties:
       if (!in.finished() || item.fd < 0) return bad;
       return ok(readImageProperties(item));
+    case RequestKind::pixelFingerprint:
+      if (!in.finished() || item.fd < 0) return bad;
+      return ok(computePixelFingerprint(item));
+    case RequestKind::cleanCopySource:
+      if (!in.finished() || item.fd < 0) return bad;
+      return ok(readCleanCopySource(item));
+    case RequestKind::cleanCopy: {
+      const auto request = readCleanCopyRequest(in);
+      if (!request || !in.finished() || item.fd < 0) return bad;
+      OutputSink out(sendChunk);
+      return ok(writeCleanCopy(item, *request, out));
+    }
     case RequestKind::pdfStructure: {
       const auto budget = readCheckBudget(in);
       if (!budget || !in.finished() || item.fd < 0) return bad;
@@ -157,14 +172,17 @@ void initialiseDecoders() {
   // poppler keeps no global state worth settling; opening nothing silences its log.
   openPdf(ItemBytes{});
   silenceFfmpegLog();
+  // OpenSSL sets itself up on first use; that happens here, before the system-call filter.
+  platform::Sha256().update({});
 }
 
-Reply handleRequest(std::uint16_t kind, std::span<const std::byte> payload, int item) {
+Reply handleRequest(std::uint16_t kind, std::span<const std::byte> payload, int item,
+                    const SendChunk& sendChunk) {
   try {
     Reader in(payload);
     const std::int64_t size = in.i64();
     if (!in.ok() || size < 0) return {ReplyStatus::badRequest, {}};
-    return serve(static_cast<RequestKind>(kind), in, ItemBytes{item, size});
+    return serve(static_cast<RequestKind>(kind), in, ItemBytes{item, size}, sendChunk);
   } catch (...) {
     // Out of memory under the worker's limit, or a library's exception.
     return {ReplyStatus::failed, {}};

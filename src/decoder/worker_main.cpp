@@ -122,8 +122,13 @@ int main(int argc, char** argv) {
     if (misbehave(channel, static_cast<RequestKind>(request.header.kind))) continue;
 #endif
     decoder::limitProcessorTime(kProcessorSecondsPerRequest);
-    const decoder::Reply reply =
-        decoder::handleRequest(request.header.kind, request.payload, request.descriptor.get());
+    // Output of its own (a clean copy) goes back as chunks ahead of the reply: the worker
+    // never holds a file it could write.
+    const auto sendChunk = [&channel](std::span<const std::byte> chunk) {
+      return channel.send(static_cast<std::uint16_t>(ReplyStatus::chunk), chunk);
+    };
+    const decoder::Reply reply = decoder::handleRequest(request.header.kind, request.payload,
+                                                        request.descriptor.get(), sendChunk);
     request.descriptor = platform::UniqueFd();
     if (!channel.send(static_cast<std::uint16_t>(reply.status), reply.payload)) ::_exit(1);
   }

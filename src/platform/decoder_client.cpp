@@ -68,6 +68,8 @@ void announceWeakConfinement(const Confinement& confinement) {
 
 }  // namespace
 
+RequestInput requestInput(const OpenedItem& item) { return {item.descriptor(), item.size()}; }
+
 const std::error_category& decoderCategory() {
   static const DecoderCategory category;
   return category;
@@ -193,13 +195,21 @@ void DecoderClient::release(std::unique_ptr<Worker> worker, bool keep) {
 template <class T, class Parse>
 Expected<T> DecoderClient::request(RequestKind kind, const OpenedItem* item,
                                    std::span<const std::byte> arguments, Parse parse) {
+  return request<T>(kind, item != nullptr ? std::optional(requestInput(*item)) : std::nullopt,
+                    arguments, std::move(parse));
+}
+
+template <class T, class Parse>
+Expected<T> DecoderClient::request(RequestKind kind, std::optional<RequestInput> input,
+                                   std::span<const std::byte> arguments, Parse parse,
+                                   const ChunkSink* output) {
   std::unique_ptr<Worker> worker = acquire();
   if (!worker) return make_error_code(DecoderError::unavailable);
 
   Writer out;
-  out.i64(item != nullptr ? item->size() : 0);
+  out.i64(input ? input->size : 0);
   out.raw(arguments);
-  const int descriptor = item != nullptr ? item->descriptor() : -1;
+  const int descriptor = input ? input->descriptor : -1;
   const auto stopped = [&] {
     release(std::move(worker), false);  // killed and reaped
     return make_error_code(DecoderError::stopped);
@@ -207,30 +217,41 @@ Expected<T> DecoderClient::request(RequestKind kind, const OpenedItem* item,
   if (!worker->channel.send(static_cast<std::uint16_t>(kind), out.data(), descriptor)) {
     return stopped();
   }
-  auto received = worker->channel.receive(
-      kMaxReplyPayload, std::chrono::steady_clock::now() + options_.replyTimeout, false);
-  Frame* reply = std::get_if<Frame>(&received);
-  if (reply == nullptr) return stopped();
+  std::int64_t outputBytes = 0;
+  for (;;) {
+    auto received = worker->channel.receive(
+        kMaxReplyPayload, std::chrono::steady_clock::now() + options_.replyTimeout, false);
+    Frame* reply = std::get_if<Frame>(&received);
+    if (reply == nullptr) return stopped();
 
-  switch (static_cast<ReplyStatus>(reply->header.kind)) {
-    case ReplyStatus::ok: {
-      Reader in(reply->payload);
-      auto value = parse(in);
-      if (!value || !in.finished()) return stopped();
-      release(std::move(worker), true);
-      return T(std::move(*value));
+    switch (static_cast<ReplyStatus>(reply->header.kind)) {
+      case ReplyStatus::chunk:
+        // The worker stays in step only if every chunk is taken; one refused ends it.
+        outputBytes += static_cast<std::int64_t>(reply->payload.size());
+        if (output == nullptr || reply->payload.size() > kMaxOutputChunk ||
+            outputBytes > kMaxRequestOutput || !(*output)(reply->payload)) {
+          return stopped();
+        }
+        continue;
+      case ReplyStatus::ok: {
+        Reader in(reply->payload);
+        auto value = parse(in);
+        if (!value || !in.finished()) return stopped();
+        release(std::move(worker), true);
+        return T(std::move(*value));
+      }
+      case ReplyStatus::unknownRequest:
+      case ReplyStatus::badRequest:
+        release(std::move(worker), true);
+        return make_error_code(DecoderError::refused);
+      case ReplyStatus::failed:
+        // It threw on this item (out of memory under its limit, most likely) and said so:
+        // the same worker serves the next request.
+        release(std::move(worker), true);
+        return make_error_code(DecoderError::stopped);
     }
-    case ReplyStatus::unknownRequest:
-    case ReplyStatus::badRequest:
-      release(std::move(worker), true);
-      return make_error_code(DecoderError::refused);
-    case ReplyStatus::failed:
-      // It threw on this item (out of memory under its limit, most likely) and said so:
-      // the same worker serves the next request.
-      release(std::move(worker), true);
-      return make_error_code(DecoderError::stopped);
+    return stopped();
   }
-  return stopped();
 }
 
 Expected<ImageDecodeStatus> DecoderClient::imageStatus(const OpenedItem& item) {
@@ -319,6 +340,40 @@ Expected<std::optional<ImageProperties>> DecoderClient::imageProperties(const Op
 Expected<MediaDescription> DecoderClient::mediaDescription(const OpenedItem& item) {
   return request<MediaDescription>(RequestKind::mediaDescription, &item, {},
                                    [](Reader& in) { return readMediaDescription(in); });
+}
+
+Expected<std::optional<ImageProperties>> DecoderClient::imageProperties(RequestInput input) {
+  return request<std::optional<ImageProperties>>(
+      RequestKind::imageProperties, input, {}, [](Reader& in) { return readImageProperties(in); });
+}
+
+Expected<std::optional<PixelFingerprint>> DecoderClient::pixelFingerprint(RequestInput input) {
+  return request<std::optional<PixelFingerprint>>(
+      RequestKind::pixelFingerprint, input, {},
+      [](Reader& in) { return readPixelFingerprint(in); });
+}
+
+Expected<std::optional<CleanCopySource>> DecoderClient::cleanCopySource(RequestInput input) {
+  return request<std::optional<CleanCopySource>>(
+      RequestKind::cleanCopySource, input, {}, [](Reader& in) { return readCleanCopySource(in); });
+}
+
+Expected<CleanCopyOutcome> DecoderClient::cleanCopy(RequestInput input,
+                                                    const CleanCopyRequest& cleanCopy,
+                                                    const ChunkSink& output) {
+  Writer arguments;
+  write(arguments, cleanCopy);
+  std::int64_t received = 0;
+  const ChunkSink counted = [&](std::span<const std::byte> chunk) {
+    received += static_cast<std::int64_t>(chunk.size());
+    return output(chunk);
+  };
+  auto outcome = request<CleanCopyOutcome>(
+      RequestKind::cleanCopy, input, arguments.data(),
+      [](Reader& in) { return readCleanCopyOutcome(in); }, &counted);
+  // The reply must count what arrived: anything else is a worker out of step.
+  if (outcome && outcome->bytes != received) return make_error_code(DecoderError::stopped);
+  return outcome;
 }
 
 Expected<std::vector<std::byte>> DecoderClient::call(RequestKind kind, const OpenedItem* item,

@@ -8,6 +8,7 @@
 #include <condition_variable>
 #include <cstddef>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -28,6 +29,22 @@ enum class DecoderError {
   unavailable = 2,  // it could not be started
   refused = 3,      // it does not serve this request
 };
+
+/// What a request lets the worker read: a read-only descriptor and how many of its bytes
+/// count. An inspected item is one; so is a clean copy that is checked before it is kept.
+struct RequestInput {
+  int descriptor = -1;
+  std::int64_t size = 0;
+};
+
+/// The descriptor and size of an opened item.
+RequestInput requestInput(const OpenedItem& item);
+
+/// Takes the chunks of a request's output as they arrive; false stops the request.
+using ChunkSink = std::function<bool(std::span<const std::byte>)>;
+
+/// The most output one request may send back.
+inline constexpr std::int64_t kMaxRequestOutput = std::int64_t{4} << 30;
 
 const std::error_category& decoderCategory();
 std::error_code make_error_code(DecoderError error);
@@ -88,6 +105,19 @@ class DecoderClient {
                                                       decoder::CompressedFormat format);
   Expected<decoder::MediaPacketFacts> mediaPackets(const OpenedItem& item);
 
+  /// The property map of image 0 of any readable bytes (a clean copy being checked).
+  Expected<std::optional<decoder::ImageProperties>> imageProperties(RequestInput input);
+  /// SHA-256 of image 0's pixels as the comparison draws them; nothing when it does not decode.
+  Expected<std::optional<decoder::PixelFingerprint>> pixelFingerprint(RequestInput input);
+  /// The format and image count a clean copy would start from; nothing without a picture.
+  Expected<std::optional<decoder::CleanCopySource>> cleanCopySource(RequestInput input);
+  /// Makes the clean copy `request` asks for, handing its bytes to `output` in order as they
+  /// arrive (at most kMaxRequestOutput of them). When `output` refuses a chunk the worker is
+  /// stopped and the request fails with DecoderError::stopped; the sink knows why.
+  Expected<decoder::CleanCopyOutcome> cleanCopy(RequestInput input,
+                                                const decoder::CleanCopyRequest& request,
+                                                const ChunkSink& output);
+
   /// One round trip: the item's size, then `arguments`, with its descriptor beside them (no
   /// item: size 0, no descriptor); the reply's payload back, unread.
   Expected<std::vector<std::byte>> call(decoder::RequestKind kind, const OpenedItem* item,
@@ -104,6 +134,12 @@ class DecoderClient {
   template <class T, class Parse>
   Expected<T> request(decoder::RequestKind kind, const OpenedItem* item,
                       std::span<const std::byte> arguments, Parse parse);
+  /// The round trip itself: chunk frames before the reply go to `output`, when there is one
+  /// (a chunk without one is a reply out of step).
+  template <class T, class Parse>
+  Expected<T> request(decoder::RequestKind kind, std::optional<RequestInput> input,
+                      std::span<const std::byte> arguments, Parse parse,
+                      const ChunkSink* output = nullptr);
   /// The time a whole-file check may take: most of the reply timeout.
   decoder::CheckBudget checkBudget() const;
   std::unique_ptr<Worker> startWorker() const;

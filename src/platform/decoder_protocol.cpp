@@ -713,4 +713,81 @@ std::optional<MediaDescription> readMediaDescription(Reader& in) {
   return media;
 }
 
+void write(Writer& out, const std::optional<PixelFingerprint>& fingerprint) {
+  out.u8(fingerprint.has_value());
+  if (!fingerprint) return;
+  out.raw(std::as_bytes(std::span(fingerprint->digest)));
+  out.i32(fingerprint->width);
+  out.i32(fingerprint->height);
+}
+
+void write(Writer& out, const std::optional<CleanCopySource>& source) {
+  out.u8(source.has_value());
+  if (!source) return;
+  out.u8(static_cast<std::uint8_t>(source->format));
+  out.i32(source->imageCount);
+  out.i32(source->width);
+  out.i32(source->height);
+}
+
+void write(Writer& out, const CleanCopyRequest& request) {
+  out.u8(static_cast<std::uint8_t>(request.kind));
+  out.i32(request.quality);
+}
+
+void write(Writer& out, const CleanCopyOutcome& outcome) {
+  out.u8(static_cast<std::uint8_t>(outcome.status));
+  out.i64(outcome.bytes);
+}
+
+std::optional<std::optional<PixelFingerprint>> readPixelFingerprint(Reader& in) {
+  bool present = false;
+  if (!readBool(in, present)) return std::nullopt;
+  if (!present) return std::optional<PixelFingerprint>();
+  PixelFingerprint fingerprint;
+  for (auto& byte : fingerprint.digest) byte = in.u8();
+  fingerprint.width = in.i32();
+  fingerprint.height = in.i32();
+  if (!in.ok() || fingerprint.width < 1 || fingerprint.height < 1) return std::nullopt;
+  return std::optional<PixelFingerprint>(fingerprint);
+}
+
+std::optional<std::optional<CleanCopySource>> readCleanCopySource(Reader& in) {
+  bool present = false;
+  if (!readBool(in, present)) return std::nullopt;
+  if (!present) return std::optional<CleanCopySource>();
+  CleanCopySource source;
+  const std::uint8_t format = in.u8();
+  source.imageCount = in.i32();
+  source.width = in.i32();
+  source.height = in.i32();
+  if (!in.ok() || format > kLastImageFormat || source.imageCount < 1 || source.width < 1 ||
+      source.height < 1) {
+    return std::nullopt;
+  }
+  source.format = static_cast<ImageFormat>(format);
+  return std::optional<CleanCopySource>(source);
+}
+
+std::optional<CleanCopyRequest> readCleanCopyRequest(Reader& in) {
+  CleanCopyRequest request;
+  const std::uint8_t kind = in.u8();
+  request.quality = in.i32();
+  if (!in.ok() || kind > static_cast<std::uint8_t>(CleanCopyKind::standard) ||
+      request.quality < 0 || request.quality > 100) {
+    return std::nullopt;
+  }
+  request.kind = static_cast<CleanCopyKind>(kind);
+  return request;
+}
+
+std::optional<CleanCopyOutcome> readCleanCopyOutcome(Reader& in) {
+  CleanCopyOutcome outcome;
+  const std::uint8_t status = in.u8();
+  outcome.bytes = in.i64();
+  if (!in.ok() || status > kLastCleanCopyStatus || outcome.bytes < 0) return std::nullopt;
+  outcome.status = static_cast<CleanCopyStatus>(status);
+  return outcome;
+}
+
 }  // namespace lumenscribe::platform::decoder

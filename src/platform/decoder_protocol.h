@@ -47,6 +47,14 @@ enum class RequestKind : std::uint16_t {
   imageProperties = 17,
   // The streams, tracks and tags of an audio or video file, read in one probe.
   mediaDescription = 20,
+  // SHA-256 of image 0's pixels as 8-bit sRGB RGBA with alpha premultiplied: what the file
+  // comparison compares
+  pixelFingerprint = 21,
+  // The format of the picture a clean copy would be written in, and its image count
+  cleanCopySource = 22,
+  // A clean copy of the item, its bytes sent back in chunk frames before the reply: the worker
+  // never holds a file it could write
+  cleanCopy = 23,
 
   // Accepted only by workers built with the test hooks (never in a release build).
   testCrash = 100,             // dies of SIGSEGV in the middle of the request
@@ -68,6 +76,7 @@ enum class ReplyStatus : std::uint16_t {
   unknownRequest = 1,  // the worker does not serve this kind
   badRequest = 2,      // the payload did not parse
   failed = 3,          // the work threw (out of memory, a library exception)
+  chunk = 4,           // a piece of the request's output; more frames follow, the reply last
 };
 
 struct FrameHeader {
@@ -412,6 +421,71 @@ inline constexpr double kMaxMediaRate = 1e12;
 /// A duration is at most this far from 0, either way.
 inline constexpr double kMaxMediaSeconds = 1e12;
 
+/// SHA-256 of image 0's pixels (rows top to bottom, R, G, B, A bytes), with its size.
+struct PixelFingerprint {
+  std::array<std::uint8_t, 32> digest{};
+  std::int32_t width = 0;
+  std::int32_t height = 0;
+
+  friend bool operator==(const PixelFingerprint&, const PixelFingerprint&) = default;
+};
+
+/// The picture formats the clean copy can write; `other` is any other picture.
+enum class ImageFormat : std::uint8_t {
+  other = 0,
+  jpeg = 1,
+  png = 2,
+  webp = 3,
+  tiff = 4,
+  gif = 5,
+  heic = 6,
+  avif = 7,
+};
+inline constexpr std::uint8_t kLastImageFormat = 7;
+
+/// What a clean copy starts from: the format a loader found, how many images it holds and
+/// the size of image 0 (as stored, before any orientation).
+struct CleanCopySource {
+  ImageFormat format = ImageFormat::other;
+  std::int32_t imageCount = 0;
+  std::int32_t width = 0;
+  std::int32_t height = 0;
+
+  friend bool operator==(const CleanCopySource&, const CleanCopySource&) = default;
+};
+
+enum class CleanCopyKind : std::uint8_t {
+  pixelSafe = 0,  // the container rewritten, the compressed image data kept as it is
+  standard = 1,   // decoded and encoded again in the same format
+};
+
+struct CleanCopyRequest {
+  CleanCopyKind kind = CleanCopyKind::pixelSafe;
+  /// The encoder's quality, 1 to 100, for a standard copy; 0 leaves the encoder's default.
+  std::int32_t quality = 0;
+};
+
+enum class CleanCopyStatus : std::uint8_t {
+  written = 0,       // every byte of the copy went out in chunks
+  refused = 1,       // no pixel-safe copy can be made of this file
+  notOneImage = 2,   // the item holds no picture, or more than one
+  undecodable = 3,   // image 0 does not decode (standard copy)
+  unwritable = 4,    // there is no encoder for the format
+  encodeFailed = 5,  // encoding failed on the way, or its bytes could not be sent
+};
+inline constexpr std::uint8_t kLastCleanCopyStatus = 5;
+
+struct CleanCopyOutcome {
+  CleanCopyStatus status = CleanCopyStatus::encodeFailed;
+  /// The bytes sent in chunks; the engine checks them against what arrived.
+  std::int64_t bytes = 0;
+
+  friend bool operator==(const CleanCopyOutcome&, const CleanCopyOutcome&) = default;
+};
+
+/// A chunk frame carries at most this much of a clean copy.
+inline constexpr std::size_t kMaxOutputChunk = 1024 * 1024;
+
 void write(Writer& out, ImageDecodeStatus status);
 void write(Writer& out, const PdfOpenFacts& facts);
 void write(Writer& out, const PdfAnalysis& analysis);
@@ -454,5 +528,18 @@ std::optional<CheckBudget> readCheckBudget(Reader& in);
 /// is not UTF-8, a number that is not finite or out of its range, a first track where the
 /// count is 0, and an audio format together with an error (or neither).
 std::optional<MediaDescription> readMediaDescription(Reader& in);
+
+void write(Writer& out, const std::optional<PixelFingerprint>& fingerprint);
+void write(Writer& out, const std::optional<CleanCopySource>& source);
+void write(Writer& out, const CleanCopyRequest& request);
+void write(Writer& out, const CleanCopyOutcome& outcome);
+/// Also fails on a width or height below 1.
+std::optional<std::optional<PixelFingerprint>> readPixelFingerprint(Reader& in);
+/// Also fails on an unknown format, or an image count, width or height below 1.
+std::optional<std::optional<CleanCopySource>> readCleanCopySource(Reader& in);
+/// Also fails on an unknown kind or a quality outside 0 to 100.
+std::optional<CleanCopyRequest> readCleanCopyRequest(Reader& in);
+/// Also fails on an unknown status or a negative byte count.
+std::optional<CleanCopyOutcome> readCleanCopyOutcome(Reader& in);
 
 }  // namespace lumenscribe::platform::decoder

@@ -84,4 +84,13 @@ std::optional<ContentType> contentTypeForName(std::string_view identifier) {
       QString::fromUtf8(identifier.data(), static_cast<qsizetype>(identifier.size()))));
 }
 
+std::optional<std::string> preferredExtension(std::string_view identifier) {
+  QMimeDatabase database;
+  const QMimeType type = database.mimeTypeForName(
+      QString::fromUtf8(identifier.data(), static_cast<qsizetype>(identifier.size())));
+  const QString suffix = type.isValid() ? type.preferredSuffix() : QString();
+  if (suffix.isEmpty()) return std::nullopt;
+  return suffix.toStdString();
+}
+
 }  // namespace lumenscribe::platform

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -37,5 +38,9 @@ std::optional<ContentType> contentTypeForData(std::span<const std::byte> bytes);
 
 /// The type with this name, when the database has it.
 std::optional<ContentType> contentTypeForName(std::string_view identifier);
+
+/// The file-name extension the database prefers for the type with this name ("jpg" for
+/// image/jpeg); nothing when it knows the type by no extension.
+std::optional<std::string> preferredExtension(std::string_view identifier);
 
 }  // namespace lumenscribe::platform
