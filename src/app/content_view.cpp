@@ -73,6 +73,10 @@ InspectionOutcome inspectItem(const FileInspector& inspector, const std::filesys
   outcome.isDirectory = facts.isDirectory;
   outcome.previewSymbol = std::string(previewSymbolFor(
       PreviewKindFacts{facts.isDirectory, facts.isPackage, pathExtension(url), facts.contentType}));
+  // Asked here, off the interface thread: it reads the picture's header in the decoder.
+  if (inspector.decoder()) {
+    outcome.canMakeCleanCopy = lumenscribe::canMakeCleanCopy(*item, *inspector.decoder());
+  }
   outcome.item = std::move(item);
   return outcome;
 }
@@ -117,6 +121,9 @@ ContentView::~ContentView() { stopInspection_.request_stop(); }
 void ContentView::connectResultScreen() {
   ResultScreen* screen = resultScreen_;
   connect(screen, &ResultScreen::inspectAnotherRequested, this, &ContentView::inspectAnotherFile);
+  connect(screen, &ResultScreen::compareRequested, this, &ContentView::startComparison);
+  connect(screen, &ResultScreen::cleanCopyRequested, this, &ContentView::startCleanCopy);
+  connect(screen, &ResultScreen::saveReportRequested, this, &ContentView::saveReport);
   connect(screen, &ResultScreen::rawMetadataToggleRequested, this, [this] {
     state_.showRawMetadata = !state_.showRawMetadata;
     resultScreen_->setRawMetadataShown(state_.showRawMetadata);
@@ -202,9 +209,9 @@ void ContentView::finishInspection() {
     state_.showRawMetadata = false;
     state_.isInspecting = false;
     resultScreen_->showResult(
-        *state_.result,
-        ResultPresentation{false, state_.showCameraDetails, state_.showVideoDetails,
-                           outcome.previewSymbol, outcome.isDirectory, std::move(outcome.item)});
+        *state_.result, ResultPresentation{false, state_.showCameraDetails, state_.showVideoDetails,
+                                           outcome.previewSymbol, outcome.isDirectory,
+                                           outcome.canMakeCleanCopy, std::move(outcome.item)});
     stack_->setCurrentWidget(resultScreen_);
   } else {
     state_.isInspecting = false;
@@ -225,7 +232,7 @@ void ContentView::inspectAnotherFile() {
   stack_->setCurrentWidget(dropScreen_);
 }
 
-void ContentView::setErrorMessage(std::optional<QString> message) {
+void ContentView::setErrorMessage(std::optional<QString> message, const QString& details) {
   state_.errorMessage = std::move(message);
   if (!state_.errorMessage) {
     if (alert_) alert_->close();
@@ -245,6 +252,7 @@ void ContentView::setErrorMessage(std::optional<QString> message) {
     });
   }
   alert_->setText(*state_.errorMessage);
+  alert_->setInformativeText(details);
   alert_->open();
 }
 

@@ -15,9 +15,15 @@
 #include <stop_token>
 #include <string>
 #include <system_error>
+#include <variant>
 
+#include "app/clean_copy_sheet.h"
+#include "app/comparison_sheet.h"
+#include "app/file_chooser.h"
 #include "app/health_sheet.h"
 #include "app/presentation.h"
+#include "cleancopy/clean_copy.h"
+#include "compare/file_comparison.h"
 #include "lumenscribe/file_inspector.h"
 #include "lumenscribe/result.h"
 #include "platform/opened_item.h"
@@ -45,8 +51,13 @@ struct ContentViewState {
   bool showCleanCopyFallback = false;
   std::optional<std::filesystem::path> pendingCleanCopySource;
   std::optional<std::filesystem::path> pendingCleanCopyDestination;
+  std::optional<FileComparison> comparison;
   bool showComparison = false;
   bool isComparing = false;
+  /// A report is being written.
+  bool isSavingReport = false;
+  /// A clean copy is being prepared, asked about (where to save it) or written.
+  bool isMakingCleanCopy = false;
   std::optional<InsightSection> healthSectionForInspection;
   std::optional<PrivacyLevel> hoveredSeverity;
   std::optional<QString> hoveredDiveDeeperSection;
@@ -64,6 +75,7 @@ struct InspectionOutcome {
   std::error_code error;
   std::string previewSymbol = "doc.fill";
   bool isDirectory = false;
+  bool canMakeCleanCopy = false;
   std::shared_ptr<const platform::OpenedItem> item;
 };
 
@@ -93,21 +105,43 @@ class ContentView : public QWidget {
   void startInspection(const std::filesystem::path& url);
   /// Back to the drop screen, with every disclosure collapsed.
   void inspectAnotherFile();
-  /// Shows `message` in the alert (or closes the alert for nothing).
-  void setErrorMessage(std::optional<QString> message);
+  /// Shows `message` in the alert (or closes the alert for nothing), with `details` under it.
+  void setErrorMessage(std::optional<QString> message, const QString& details = {});
   /// Asks for a file (or, with `folder`, a folder) to inspect.
   void chooseItemToOpen(bool folder);
+
+  /// "Save Report": asks where, then writes the report of the result on screen in the
+  /// background.
+  void saveReport();
+  /// "Compare": asks for a second file, then compares the inspected one with it in the
+  /// background and shows the comparison sheet.
+  void startComparison();
+  /// "Create Clean Copy": checks the image and asks where, then makes a pixel-safe copy in
+  /// the background; when none can be made, asks whether to make a standard one.
+  void startCleanCopy();
+  /// The question's two answers.
+  void makeStandardCleanCopy();
+  void cancelStandardCleanCopy();
+  /// Replaces the file dialogs of these actions (tests answer them directly).
+  void setFileChooser(FileChooser chooser) { chooseFile_ = std::move(chooser); }
+  /// True unless a report or a clean copy is being written: what still runs only reads.
+  bool onlyReading() const { return !state_.isSavingReport && !state_.isMakingCleanCopy; }
 
   DropScreen* dropScreen() const { return dropScreen_; }
   ResultScreen* resultScreen() const { return resultScreen_; }
   ProgressOverlay* progressOverlay() const { return overlay_; }
   QMessageBox* alert() const { return alert_; }
   HealthSheet* healthSheet() const { return healthSheet_; }
+  ComparisonSheet* comparisonSheet() const { return comparisonSheet_; }
+  CleanCopySheet* cleanCopySheet() const { return cleanCopySheet_; }
+  QMessageBox* cleanCopyQuestion() const { return cleanCopyQuestion_; }
   bool isShowingResult() const;
 
  signals:
   /// An inspection ended and its outcome is on screen (result or alert).
   void inspectionFinished();
+  /// Work an action ran in the background ended and its outcome is on screen.
+  void actionFinished();
 
  protected:
   void dragEnterEvent(QDragEnterEvent* event) override;
@@ -120,6 +154,15 @@ class ContentView : public QWidget {
   void setTargeted(bool targeted);
   void showHealthSheet(const InsightSection& section);
   void connectResultScreen();
+  void compareWith(const std::filesystem::path& first, const std::filesystem::path& second);
+  void finishComparison(std::variant<FileComparison, ComparisonFailure> outcome);
+  void showComparisonSheet();
+  void makeCleanCopy(const std::filesystem::path& source, const std::filesystem::path& destination,
+                     CleanCopyKind kind);
+  void finishCleanCopy(const CleanCopyResult& result, const std::filesystem::path& source,
+                       const std::filesystem::path& destination, CleanCopyKind kind);
+  void askAboutStandardCleanCopy();
+  void updateActivity();
 
   ContentViewState state_;
   FileInspector inspector_;
@@ -136,6 +179,10 @@ class ContentView : public QWidget {
   ProgressOverlay* overlay_ = nullptr;
   QPointer<QMessageBox> alert_;
   QPointer<HealthSheet> healthSheet_;
+  QPointer<ComparisonSheet> comparisonSheet_;
+  QPointer<CleanCopySheet> cleanCopySheet_;
+  QPointer<QMessageBox> cleanCopyQuestion_;
+  FileChooser chooseFile_ = chooseWithFileDialog;
 };
 
 }  // namespace lumenscribe::app

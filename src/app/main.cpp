@@ -74,9 +74,11 @@ int main(int argc, char** argv) {
     window->contentView()->startInspection(item);
   }
   const int status = QApplication::exec();
-  // An inspection only reads, so one still running (a fingerprint of a huge file, say) has
-  // nothing to finish: leave at once rather than wait for it behind a closed window.
-  if (window->contentView()->state().isInspecting) {
+  // An inspection or a comparison only reads, so one still running (a fingerprint of a huge
+  // file, say) has nothing to finish: leave at once rather than wait for it behind a closed
+  // window. A report or clean copy being written is waited for.
+  const lumenscribe::app::ContentView& view = *window->contentView();
+  if ((view.state().isInspecting || view.state().isComparing) && view.onlyReading()) {
     std::fflush(nullptr);
     std::_Exit(status);
   }

@@ -5,6 +5,7 @@
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QProgressBar>
 #include <QPropertyAnimation>
 #include <QPushButton>
 #include <QScrollArea>
@@ -127,28 +128,51 @@ void ResultScreen::buildTopCard(QVBoxLayout* column) {
   facts->addWidget(details_);
   facts->addWidget(new Badge(QStringLiteral("Local"), Accent::green, topCard_));
   facts->addStretch(1);
+  activity_ = new QWidget(topCard_);
+  activity_->setObjectName(QStringLiteral("activity"));
+  auto* activity = new QHBoxLayout(activity_);
+  activity->setContentsMargins(0, 0, 0, 0);
+  activity->setSpacing(8);
+  auto* busy = new QProgressBar(activity_);
+  busy->setRange(0, 0);  // busy: comparisons and copies report no progress
+  busy->setTextVisible(false);
+  busy->setFixedSize(72, 6);
+  activity->addWidget(busy, 0, Qt::AlignVCenter);
+  activityText_ = quietLabel(QString(), activity_);
+  activityText_->setObjectName(QStringLiteral("activityText"));
+  activityText_->setWordWrap(false);
+  activity->addWidget(activityText_);
+  activity_->hide();
+  // Beside the facts, where it moves nothing when it comes and goes.
+  facts->addWidget(activity_);
   info->addLayout(facts);
   info->addStretch(1);
 
   auto* actions = new QHBoxLayout;
   actions->setSpacing(8);
-  auto* compare = makeActionButton(QStringLiteral("Compare"), "arrow.left.arrow.right",
-                                   QStringLiteral("Compare this file with another file"), topCard_);
-  auto* cleanCopy = makeActionButton(
+  compare_ = makeActionButton(QStringLiteral("Compare"), "arrow.left.arrow.right",
+                              QStringLiteral("Compare this file with another file"), topCard_);
+  cleanCopy_ = makeActionButton(
       QStringLiteral("Create Clean Copy"), "sparkles",
       QStringLiteral("Save a copy of this image with privacy metadata removed"), topCard_);
-  auto* save =
+  cleanCopy_->setFont(scaledFont(font(), 0.95, QFont::DemiBold));
+  cleanCopy_->hide();
+  saveReport_ =
       makeActionButton(QStringLiteral("Save Report"), "square.and.arrow.down", QString(), topCard_);
-  // Wired up together with comparison, clean copy and report saving.
-  for (QPushButton* pending : {compare, cleanCopy, save}) pending->setEnabled(false);
   auto* another = makeActionButton(QStringLiteral("Inspect Another File"), "arrow.counterclockwise",
                                    QString(), topCard_);
   another->setDefault(true);
+  connect(compare_, &QPushButton::clicked, this, &ResultScreen::compareRequested);
+  connect(cleanCopy_, &QPushButton::clicked, this, &ResultScreen::cleanCopyRequested);
+  connect(saveReport_, &QPushButton::clicked, this, &ResultScreen::saveReportRequested);
   connect(another, &QPushButton::clicked, this, &ResultScreen::inspectAnotherRequested);
   actions->addStretch(1);
-  for (QPushButton* button : {compare, cleanCopy, save, another}) actions->addWidget(button);
+  for (QPushButton* button : {compare_, cleanCopy_, saveReport_, another}) {
+    actions->addWidget(button);
+  }
   info->addSpacing(10);
   info->addLayout(actions);
+
   layout->addLayout(info, 1);
   column->addWidget(topCard_);
 }
@@ -160,6 +184,20 @@ QPushButton* ResultScreen::actionButton(const QString& text) const {
   return nullptr;
 }
 
+void ResultScreen::setActionRunning(ResultAction action, bool running) {
+  running_[static_cast<int>(action)] = running;
+  switch (action) {
+    case ResultAction::compare: compare_->setEnabled(!running && !presentation_.isDirectory); break;
+    case ResultAction::cleanCopy: cleanCopy_->setEnabled(!running); break;
+    case ResultAction::saveReport: saveReport_->setEnabled(!running); break;
+  }
+}
+
+void ResultScreen::setActivity(const QString& text) {
+  activityText_->setText(text);
+  activity_->setVisible(!text.isEmpty());
+}
+
 void ResultScreen::showResult(const LumenscribeResult& result,
                               const ResultPresentation& presentation) {
   result_ = result;
@@ -168,6 +206,10 @@ void ResultScreen::showResult(const LumenscribeResult& result,
   type_->setText(qText(result.typeDescription));
   details_->setText(QStringLiteral("%1 details").arg(result.summaryCount));
   preview_->setItem(presentation.item, presentation.previewSymbol);
+  cleanCopy_->setVisible(presentation.canMakeCleanCopy);
+  // A folder has no bytes of its own to compare.
+  compare_->setEnabled(!presentation.isDirectory &&
+                       !running_[static_cast<int>(ResultAction::compare)]);
   rebuild();
   scrollAnimation_->stop();
   scroll_->verticalScrollBar()->setValue(0);

@@ -35,9 +35,14 @@ struct ResultPresentation {
   bool showVideoDetails = false;
   std::string previewSymbol = "doc.fill";
   bool isDirectory = false;
+  /// "Create Clean Copy" is offered (an image of one picture in a format that can be written).
+  bool canMakeCleanCopy = false;
   /// The inspected item, for its preview; none: the icon alone.
   std::shared_ptr<const platform::OpenedItem> item;
 };
+
+/// The actions of the top card that run in the background.
+enum class ResultAction { compare, cleanCopy, saveReport };
 
 /// The scrolling result screen: top card, summary, what the file reveals, one card per
 /// section, the privacy card and the raw metadata. It draws what it is given and reports
@@ -69,9 +74,17 @@ class ResultScreen : public QWidget {
   QLabel* verdictLabel() const { return verdict_; }
   PillButton* returnToTopButton() const { return returnToTop_; }
   QPushButton* actionButton(const QString& text) const;
+  /// The button of an action: disabled while the action runs.
+  void setActionRunning(ResultAction action, bool running);
+  /// The line under the action buttons that says what runs in the background; empty hides it.
+  void setActivity(const QString& text);
+  QLabel* activityLabel() const { return activityText_; }
 
  signals:
   void inspectAnotherRequested();
+  void compareRequested();
+  void cleanCopyRequested();
+  void saveReportRequested();
   void rawMetadataToggleRequested();
   void detailsToggleRequested(lumenscribe::app::DetailKind kind);
   void inspectFurtherRequested(const lumenscribe::InsightSection& section);
@@ -106,6 +119,12 @@ class ResultScreen : public QWidget {
   WrappedText* name_ = nullptr;
   QLabel* type_ = nullptr;
   QLabel* details_ = nullptr;
+  QPushButton* compare_ = nullptr;
+  QPushButton* cleanCopy_ = nullptr;
+  QPushButton* saveReport_ = nullptr;
+  QWidget* activity_ = nullptr;
+  QLabel* activityText_ = nullptr;
+  bool running_[3] = {false, false, false};
   QWidget* body_ = nullptr;  // everything under the top card, remade per result
   QLabel* verdict_ = nullptr;
   QList<PillButton*> severityPills_;
