@@ -4,6 +4,7 @@
 
 #include <QFile>
 #include <QFileDialog>
+#include <QFileInfo>
 
 namespace lumenscribe::app {
 
@@ -19,6 +20,8 @@ void chooseWithFileDialog(const FileRequest& request, QWidget* parent, FileChose
     // New folders may be made from the dialog; replacing a file is asked about by the dialog.
     if (!request.mimeTypes.isEmpty()) dialog->setMimeTypeFilters(request.mimeTypes);
     dialog->selectFile(request.proposedName);
+    // A name typed without an extension gets the proposed one.
+    dialog->setDefaultSuffix(QFileInfo(request.proposedName).suffix());
   } else {
     dialog->setAcceptMode(QFileDialog::AcceptOpen);
     dialog->setFileMode(QFileDialog::ExistingFile);
