@@ -154,6 +154,7 @@ class ContentView : public QWidget {
   void setTargeted(bool targeted);
   void showHealthSheet(const InsightSection& section);
   void connectResultScreen();
+  void writeReport(const LumenscribeResult& result, const std::filesystem::path& destination);
   void compareWith(const std::filesystem::path& first, const std::filesystem::path& second);
   void finishComparison(std::variant<FileComparison, ComparisonFailure> outcome);
   void showComparisonSheet();

@@ -41,23 +41,25 @@ void ContentView::saveReport() {
   request.folder = folderOf(result.url);
   request.proposedName = qText(validUtf8(proposedReportName(result.url)));
   request.mimeTypes = {QStringLiteral("text/plain")};
-  chooseFile_(
-      request, this,
-      [view = QPointer(this),
-       result = std::move(result)](std::optional<std::filesystem::path> destination) {
-        if (!view || !destination) return;
-        view->state_.isSavingReport = true;
-        view->updateActivity();
-        runInBackground(
-            view,
-            [result, destination = *destination] { return writeTextReport(result, destination); },
-            [view](std::optional<std::error_code> error) {
-              view->state_.isSavingReport = false;
-              view->updateActivity();
-              if (!error) error = std::make_error_code(std::errc::io_error);
-              if (*error) view->setErrorMessage(qText(reportSaveFailureMessage(*error)));
-              emit view->actionFinished();
-            });
+  chooseFile_(request, this,
+              [view = QPointer(this),
+               result = std::move(result)](std::optional<std::filesystem::path> destination) {
+                if (view && destination) view->writeReport(result, *destination);
+              });
+}
+
+void ContentView::writeReport(const LumenscribeResult& result,
+                              const std::filesystem::path& destination) {
+  state_.isSavingReport = true;
+  updateActivity();
+  runInBackground(
+      this, [result, destination] { return writeTextReport(result, destination); },
+      [this](std::optional<std::error_code> error) {
+        state_.isSavingReport = false;
+        updateActivity();
+        if (!error) error = std::make_error_code(std::errc::not_enough_memory);
+        if (*error) setErrorMessage(qText(reportSaveFailureMessage(*error)));
+        emit actionFinished();
       });
 }
 
