@@ -97,28 +97,22 @@ std::int64_t dimension(const MetadataValue::Map& properties, const char* key) {
 
 // Reads the copy back as the inspection would read it: its properties, and for a pixel-safe
 // copy its pixels beside the source's (the two decoded at once, each by a worker).
-CleanCopyCheck checkCopy(const platform::OpenedItem& source, const CleanCopySource& facts,
-                         const PendingFile& copy, CleanCopyKind kind,
+CleanCopyCheck checkCopy(platform::RequestInput source, std::int32_t width, std::int32_t height,
+                         platform::RequestInput copy, CleanCopyKind kind,
                          platform::DecoderClient& decoder) {
   CleanCopyCheck check;
-  const auto reader = copy.openForReading();
-  if (!reader) return check;
-  const platform::RequestInput copyInput{reader->get(), copy.size()};
   std::future<std::optional<PixelFingerprint>> sourcePixels;
   if (kind == CleanCopyKind::pixelSafe) {
-    const platform::RequestInput sourceInput = platform::requestInput(source);
-    sourcePixels =
-        onItsOwnThread([&decoder, sourceInput] { return fingerprintOf(sourceInput, decoder); });
+    sourcePixels = onItsOwnThread([&decoder, source] { return fingerprintOf(source, decoder); });
   }
-  if (const auto properties = decoder.imageProperties(copyInput); properties && *properties) {
+  if (const auto properties = decoder.imageProperties(copy); properties && *properties) {
     const auto& map = (*properties)->properties;
     check.personalProperties = personalProperties(map);
-    check.sameSize = (*properties)->imageCount == 1 &&
-                     dimension(map, "PixelWidth") == facts.width &&
-                     dimension(map, "PixelHeight") == facts.height;
+    check.sameSize = (*properties)->imageCount == 1 && dimension(map, "PixelWidth") == width &&
+                     dimension(map, "PixelHeight") == height;
   }
   if (kind == CleanCopyKind::pixelSafe) {
-    const auto copyPixels = fingerprintOf(copyInput, decoder);
+    const auto copyPixels = fingerprintOf(copy, decoder);
     const auto originalPixels = sourcePixels.get();
     check.pixelsCompared = true;
     check.pixelsMatch = copyPixels && originalPixels && *copyPixels == *originalPixels;
@@ -172,7 +166,10 @@ CleanCopyResult makeCopy(const platform::OpenedItem& item, const std::filesystem
   }
 
   CleanCopyResult result;
-  result.check = checkCopy(item, *facts, *pending, kind, decoder);
+  const auto reader = pending->openForReading();
+  if (!reader) return failed(texts.writing, reader.error().message());
+  result.check = checkCopy(platform::requestInput(item), facts->width, facts->height,
+                           {reader->get(), pending->size()}, kind, decoder);
   if (!result.check->passed()) {
     // `pending` goes without ever having had a name.
     result.message = text::kCheckFailed;
@@ -222,6 +219,14 @@ std::string suggestedCleanCopyName(const std::filesystem::path& source,
     extension = platform::preferredExtension(typeIdentifier).value_or("image");
   }
   return base + "-clean." + extension;
+}
+
+CleanCopyCheck checkCleanCopy(const platform::OpenedItem& source, const platform::OpenedItem& copy,
+                              CleanCopyKind kind, platform::DecoderClient& decoder) {
+  const auto facts = sourceOf(source, decoder);
+  if (!facts || !copy.isReadable()) return {};
+  return checkCopy(platform::requestInput(source), facts->width, facts->height,
+                   platform::requestInput(copy), kind, decoder);
 }
 
 bool canMakeCleanCopy(const platform::OpenedItem& item, platform::DecoderClient& decoder) {

@@ -100,6 +100,13 @@ struct CleanCopyCheck {
   }
 };
 
+/// Reads `copy` back as an inspection would and checks it against `source`: the same width
+/// and height, no camera, location, creator or software property (personalProperties), and
+/// for a pixel-safe copy the same pixels (the two fingerprints taken at once). makeCleanCopy
+/// runs it on every copy before keeping it.
+CleanCopyCheck checkCleanCopy(const platform::OpenedItem& source, const platform::OpenedItem& copy,
+                              CleanCopyKind kind, platform::DecoderClient& decoder);
+
 enum class CleanCopyState {
   saved,             // the copy is at the destination and passed its check
   pixelSafeRefused,  // no pixel-safe copy of this image: ask about a standard one

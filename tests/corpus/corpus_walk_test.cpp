@@ -8,10 +8,12 @@
 #include <set>
 #include <string>
 
+#include "cleancopy/clean_copy.h"
 #include "lumenscribe/file_inspector.h"
 #include "platform/opened_item.h"
 #include "report/json_report.h"
 #include "report/text_report.h"
+#include "test_files.h"
 
 namespace lumenscribe {
 namespace {
@@ -147,6 +149,16 @@ void expectConsistentPdfAndText(const LumenscribeResult& result) {
   }
 }
 
+// Every picture that is offered a clean copy gets a pixel-safe one that passes its own check
+// (the same pixels, nothing personal left), or is refused one and would be asked about a
+// standard copy; a decoder that stops on a real photo fails this too.
+void expectCleanCopyKept(const std::filesystem::path& item, const std::filesystem::path& folder) {
+  auto& decoder = test::sharedDecoder();
+  if (!std::filesystem::is_regular_file(item) || !canMakeCleanCopy(item, decoder)) return;
+  const CleanCopyResult result = makePixelSafeCopy(item, folder / "clean-copy", decoder);
+  EXPECT_NE(result.state, CleanCopyState::failed) << result.message << " " << result.reason;
+}
+
 // Real files from cameras, phones, encoders and archivers: every one must be inspected
 // without a crash, a hang or a write, and give a well-formed result.
 TEST(Corpus, everyRealWorldFileIsInspectedWithoutHarm) {
@@ -159,6 +171,7 @@ TEST(Corpus, everyRealWorldFileIsInspectedWithoutHarm) {
     items.push_back(entry.path());
   }
   const FileInspector inspector;
+  const test::TempDir copies;
   int inspected = 0;
   int documents = 0;
   int texts = 0;
@@ -192,6 +205,7 @@ TEST(Corpus, everyRealWorldFileIsInspectedWithoutHarm) {
     }
     expectConsistentPdfAndText(*result);
     expectMediaAndSystemMetadata(item, *result);
+    expectCleanCopyKept(item, copies.path());
     const Stamp after = stampOf(item);
     EXPECT_EQ(after.size, before.size);
     EXPECT_TRUE(after.modified == before.modified);
