@@ -28,6 +28,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   readAll([](Reader& in) { readPdfOpenFacts(in); });
   readAll([](Reader& in) { readConfinement(in); });
   readAll([](Reader& in) { readConfinementProbe(in); });
+  readAll([](Reader& in) { readPixelFingerprint(in); });
+  readAll([](Reader& in) { readCleanCopySource(in); });
+  readAll([](Reader& in) { readCleanCopyRequest(in); });
+  readAll([](Reader& in) { readCleanCopyOutcome(in); });
   readAll([](Reader& in) {
     // A preview is never larger than the box it was asked for.
     const PreviewBox box{17, 9};
