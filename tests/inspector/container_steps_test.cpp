@@ -75,6 +75,19 @@ TEST(ContainerSteps, aStopThroughTheInspectorEndsTheWalkButNotTheInspection) {
   EXPECT_EQ(progressCalls, 0);
 }
 
+TEST(ContainerSteps, aStoppedInspectionOfAFileSkipsItsFingerprintAndTheAnalysesAfterItsHealth) {
+  TempDir dir;
+  const auto file = dir.write("notes.txt", "Field notes\nNothing to see here.\n");
+  std::stop_source stop;
+  stop.request_stop();
+  const auto result =
+      FileInspector().inspect(test::openedItem(file), InspectionControl{stop.get_token()});
+  EXPECT_EQ(titlesOf(result), (std::vector<std::string>{"File", "Identity & Integrity",
+                                                        "Type Verification", "File Health"}));
+  EXPECT_EQ(result.rawMetadata.count("File SHA-256"), 0u);
+  EXPECT_FALSE(result.privacyFindings.empty());
+}
+
 TEST(ContainerSteps, walkingAFolderLeavesTheAccessTimesOfItsFoldersAlone) {
   TempDir dir;
   fs::create_directories(dir.path() / "inner" / "deeper");
