@@ -12,6 +12,7 @@
 
 #include "app/about_window.h"
 #include "app/content_view.h"
+#include "app/focus_ring.h"
 #include "platform/decoder_client.h"
 
 namespace lumenscribe::app {
@@ -42,6 +43,7 @@ MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent) {
 }
 
 LumenscribeApp::LumenscribeApp() {
+  installFocusRingStyle();
   QApplication::setApplicationName(QStringLiteral("Lumenscribe"));
   QApplication::setDesktopFileName(QStringLiteral("lumenscribe"));
   QApplication::setWindowIcon(QIcon(QStringLiteral(":/lumenscribe/lumenscribe.svg")));
