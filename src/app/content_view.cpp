@@ -88,7 +88,6 @@ QString oneItemMessage() {
 ContentView::ContentView(QWidget* parent) : QWidget(parent) {
   setObjectName(QStringLiteral("contentView"));
   setAcceptDrops(true);
-  setMinimumSize(920, 640);
 
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
@@ -108,7 +107,7 @@ ContentView::ContentView(QWidget* parent) : QWidget(parent) {
   progressTimer_->setInterval(100);
   connect(progressTimer_, &QTimer::timeout, this, [this] { overlay_->setProgress(*entriesSeen_); });
 
-  connect(dropScreen_, &DropScreen::openRequested, this, [this] { chooseItemToOpen(false); });
+  connect(dropScreen_, &DropScreen::openRequested, this, &ContentView::chooseItemToOpen);
   connect(&watcher_, &QFutureWatcher<InspectionOutcome>::finished, this,
           &ContentView::finishInspection);
   connectResultScreen();

@@ -22,7 +22,8 @@ MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent) {
   setWindowTitle(QStringLiteral("Lumenscribe"));
   content_ = new ContentView(this);
   setCentralWidget(content_);
-  resize(1040, 780);
+  setMinimumSize(kMinimumSize);
+  fitToScreen(QGuiApplication::primaryScreen());
 
   QMenu* file = menuBar()->addMenu(QStringLiteral("&File"));
   QAction* open = file->addAction(QStringLiteral("Open…"), content_,
@@ -40,6 +41,21 @@ MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent) {
   QAction* about =
       help->addAction(QStringLiteral("About Lumenscribe"), this, &MainWindow::aboutRequested);
   about->setMenuRole(QAction::AboutRole);
+}
+
+void MainWindow::fitToScreen(const QScreen* screen) {
+  if (!screen) {
+    resize(kPreferredSize);
+    return;
+  }
+  // The frame is not known before the window is shown: leave room for a title bar.
+  const QRect available = screen->availableGeometry();
+  const QSize room = available.size() - kFrameAllowance;
+  const QSize size = kPreferredSize.boundedTo(room).expandedTo(kMinimumSize);
+  resize(size);
+  const QSize framed = size + kFrameAllowance;
+  move(available.left() + qMax(0, (available.width() - framed.width()) / 2),
+       available.top() + qMax(0, (available.height() - framed.height()) / 2));
 }
 
 LumenscribeApp::LumenscribeApp() {

@@ -140,7 +140,7 @@ void ResultScreen::buildTopCard(QVBoxLayout* column) {
   activity->addWidget(busy, 0, Qt::AlignVCenter);
   activityText_ = quietLabel(QString(), activity_);
   activityText_->setObjectName(QStringLiteral("activityText"));
-  activityText_->setWordWrap(false);
+  activityText_->setWordWrap(true);
   activity->addWidget(activityText_);
   activity_->hide();
   // Beside the facts, where it moves nothing when it comes and goes.
@@ -148,8 +148,10 @@ void ResultScreen::buildTopCard(QVBoxLayout* column) {
   info->addLayout(facts);
   info->addStretch(1);
 
-  auto* actions = new QHBoxLayout;
-  actions->setSpacing(8);
+  auto* actionsHost = new QWidget(topCard_);
+  actionsHost->setObjectName(QStringLiteral("actions"));
+  auto* actions = new FlowLayout(actionsHost, 8);
+  actions->setRightAligned(true);
   compare_ = makeActionButton(QStringLiteral("Compare"), "arrow.left.arrow.right",
                               QStringLiteral("Compare this file with another file"), topCard_);
   cleanCopy_ = makeActionButton(
@@ -166,12 +168,12 @@ void ResultScreen::buildTopCard(QVBoxLayout* column) {
   connect(cleanCopy_, &QPushButton::clicked, this, &ResultScreen::cleanCopyRequested);
   connect(saveReport_, &QPushButton::clicked, this, &ResultScreen::saveReportRequested);
   connect(another, &QPushButton::clicked, this, &ResultScreen::inspectAnotherRequested);
-  actions->addStretch(1);
   for (QPushButton* button : {compare_, cleanCopy_, saveReport_, another}) {
+    button->setParent(actionsHost);
     actions->addWidget(button);
   }
   info->addSpacing(10);
-  info->addLayout(actions);
+  info->addWidget(actionsHost);
 
   layout->addLayout(info, 1);
   column->addWidget(topCard_);
@@ -274,6 +276,7 @@ QWidget* ResultScreen::buildSummaryCard(QWidget* parent) {
   verdict_ = new QLabel(qText(verdict.text), card);
   verdict_->setObjectName(QStringLiteral("verdict"));
   verdict_->setFont(scaledFont(font(), 1.35, QFont::Bold));
+  verdict_->setWordWrap(true);
   setTextColor(verdict_, accentColor(accent, palette()));
   row->addWidget(verdict_, 1);
 
