@@ -31,6 +31,8 @@ namespace {
 constexpr int kColumnMaxWidth = 1080;
 constexpr int kReturnToTopThreshold = 480;
 constexpr int kAnchorMargin = 12;
+constexpr int kReturnToTopBottom = 20;  // its distance from the bottom edge
+constexpr int kReturnToTopRight = 32;
 
 QString anchorName(std::string_view anchor) { return qText(anchor); }
 
@@ -90,6 +92,10 @@ ResultScreen::ResultScreen(QWidget* parent) : QWidget(parent) {
   connect(returnToTop_, &QAbstractButton::clicked, this,
           [this] { scrollToAnchor(anchorName(kPageTopAnchor)); });
   connect(returnToTop_, &PillButton::hoverChanged, this, &ResultScreen::returnToTopHovered);
+  // Room under the last card for the floating button, so that at the end of the page it
+  // covers nothing (the raw-metadata count is at the right, where it floats).
+  centering->setContentsMargins(24, 20, 24,
+                                kReturnToTopBottom + returnToTop_->sizeHint().height() + 12);
 
   connect(scroll_->verticalScrollBar(), &QScrollBar::valueChanged, this, [this](int value) {
     const bool wanted = value > kReturnToTopThreshold;
@@ -321,9 +327,14 @@ QWidget* ResultScreen::buildRevealsCard(QWidget* parent) {
   auto* flow = new FlowLayout(pills, 8);
   for (const std::string& item : result_->summaryItems) {
     const QString text = qText(item);
-    auto* pill = new PillButton(text, "", accentForSection(item), pills);
+    const std::string_view target = pillTarget(result_->sections, item);
+    const auto section = std::find_if(result_->sections.begin(), result_->sections.end(),
+                                      [&](const InsightSection& s) { return s.title == item; });
+    const Accent accent =
+        section == result_->sections.end() ? accentForSection(item) : accentForCard(*section);
+    auto* pill = new PillButton(text, "", accent, pills);
     pill->setToolTip(QStringLiteral("Jump to %1").arg(text));
-    const QString anchor = QString::fromStdString(sectionAnchor(item));
+    const QString anchor = QString::fromStdString(sectionAnchor(target));
     connect(pill, &QAbstractButton::clicked, this, [this, anchor] { scrollToAnchor(anchor); });
     connect(pill, &PillButton::hoverChanged, this, [this, text](bool hovered) {
       emit insightPillHovered(hovered ? std::optional(text) : std::nullopt);
@@ -392,8 +403,9 @@ void ResultScreen::setReturnToTopShown(bool shown) {
 
 void ResultScreen::placeReturnToTop() {
   const QSize hint = returnToTop_->sizeHint();
-  returnToTop_->setGeometry(width() - hint.width() - 32, height() - hint.height() - 20,
-                            hint.width(), hint.height());
+  returnToTop_->setGeometry(width() - hint.width() - kReturnToTopRight,
+                            height() - hint.height() - kReturnToTopBottom, hint.width(),
+                            hint.height());
 }
 
 void ResultScreen::resizeEvent(QResizeEvent* event) {
