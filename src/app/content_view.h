@@ -16,6 +16,7 @@
 #include <string>
 #include <system_error>
 #include <variant>
+#include <vector>
 
 #include "app/clean_copy_sheet.h"
 #include "app/comparison_sheet.h"
@@ -86,6 +87,18 @@ InspectionOutcome inspectItem(const FileInspector& inspector, const std::filesys
 /// The message for several items dropped at once.
 QString oneItemMessage();
 
+/// The paths of several items, one a line, for the details of a message about them (the
+/// first few, then how many more).
+QString pathList(const std::vector<std::filesystem::path>& paths);
+
+/// How far the running inspection has come: written by its worker threads, read by the
+/// window a few times a second.
+struct InspectionProgress {
+  std::atomic<std::int64_t> entries{0};
+  std::atomic<std::int64_t> bytesRead{0};
+  std::atomic<std::int64_t> totalBytes{0};
+};
+
 /// The main window's content: heading, drop screen or result screen, progress overlay,
 /// error alert and the health sheet.
 class ContentView : public QWidget {
@@ -101,8 +114,17 @@ class ContentView : public QWidget {
 
   /// Acts on dropped data as a drop on the window would; false when the drop is declined.
   bool handleDrop(const QMimeData& data);
-  /// Inspects `url` on a worker thread; ignored while an inspection runs.
+  /// Inspects `url` on a worker thread. While an inspection runs, another is refused and the
+  /// progress card says so.
   void startInspection(const std::filesystem::path& url);
+  /// What the program was started with: one item is inspected (a relative path from the
+  /// working folder); several bring the one-item message naming them.
+  void openItems(const std::vector<std::filesystem::path>& items);
+  /// Stops the running inspection, drops what it found and goes back to the drop screen.
+  void cancelInspection();
+  /// Escape on the result screen and Ctrl+W: back to the drop screen (an inspection running
+  /// is cancelled).
+  void closeResult();
   /// Back to the drop screen, with every disclosure collapsed.
   void inspectAnotherFile();
   /// Shows `message` in the alert (or closes the alert for nothing), with `details` under it.
@@ -150,7 +172,7 @@ class ContentView : public QWidget {
   void dropEvent(QDropEvent* event) override;
 
  private:
-  void finishInspection();
+  void finishInspection(std::optional<InspectionOutcome> outcome, const std::filesystem::path& url);
   void setTargeted(bool targeted);
   void showHealthSheet(const InsightSection& section);
   void connectResultScreen();
@@ -167,13 +189,13 @@ class ContentView : public QWidget {
 
   ContentViewState state_;
   FileInspector inspector_;
-  // Ends the running inspection's folder walk or ZIP listing when the window goes.
+  // Ends the running inspection's fingerprint, folder walk or ZIP listing on Cancel or when
+  // the window goes.
   std::stop_source stopInspection_;
-  // How far the running inspection's walk or listing has come, written by its worker.
-  std::shared_ptr<std::atomic<std::int64_t>> entriesSeen_ =
-      std::make_shared<std::atomic<std::int64_t>>(0);
+  std::shared_ptr<InspectionProgress> progress_ = std::make_shared<InspectionProgress>();
+  // Counts inspections, so that the outcome of a cancelled one is known and dropped.
+  std::uint64_t inspectionNumber_ = 0;
   QTimer* progressTimer_ = nullptr;
-  QFutureWatcher<InspectionOutcome> watcher_;
   QStackedWidget* stack_ = nullptr;
   DropScreen* dropScreen_ = nullptr;
   ResultScreen* resultScreen_ = nullptr;

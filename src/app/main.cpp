@@ -65,14 +65,7 @@ int main(int argc, char** argv) {
   lumenscribe::app::MainWindow* window = app.mainWindow();
   window->show();
   app.warmUpDecoders();
-  if (items.size() > 1) {
-    window->contentView()->setErrorMessage(lumenscribe::app::oneItemMessage());
-  } else if (items.size() == 1) {
-    std::error_code error;
-    std::filesystem::path item = std::filesystem::absolute(items.front(), error);
-    if (error) item = items.front();
-    window->contentView()->startInspection(item);
-  }
+  window->contentView()->openItems(items);
   const int status = QApplication::exec();
   // An inspection or a comparison only reads, so one still running (a fingerprint of a huge
   // file, say) has nothing to finish: leave at once rather than wait for it behind a closed

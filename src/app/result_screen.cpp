@@ -4,7 +4,10 @@
 
 #include <QEvent>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
+#include <QPainter>
+#include <QPainterPath>
 #include <QProgressBar>
 #include <QPropertyAnimation>
 #include <QPushButton>
@@ -36,6 +39,49 @@ constexpr int kReturnToTopRight = 32;
 
 QString anchorName(std::string_view anchor) { return qText(anchor); }
 
+/// Marks the whole result screen while a drag of a file is over the window: dropping there
+/// inspects the item as on the drop screen. It lets the pointer through.
+class DropHighlight final : public QWidget {
+ public:
+  explicit DropHighlight(QWidget* parent) : QWidget(parent) {
+    setObjectName(QStringLiteral("dropHighlight"));
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    hide();
+  }
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QColor accent = accentColor(Accent::system, palette());
+    QPainterPath frame;
+    frame.addRoundedRect(QRectF(rect()).adjusted(6, 6, -6, -6), 16, 16);
+    painter.fillPath(frame, withAlpha(accent, 0.08));
+    painter.setPen(QPen(accent, 2.5));
+    painter.drawPath(frame);
+
+    const QFont words = scaledFont(font(), 1.3, QFont::DemiBold);
+    const QString text = QStringLiteral("Drop it here");
+    const int iconSide = 24;
+    const QSize plate(QFontMetrics(words).horizontalAdvance(text) + iconSide + 8 + 40,
+                      QFontMetrics(words).height() + 24);
+    const QRectF plateRect(
+        QPointF((width() - plate.width()) / 2.0, (height() - plate.height()) / 2.0), plate);
+    QPainterPath capsule;
+    capsule.addRoundedRect(plateRect, plateRect.height() / 2, plateRect.height() / 2);
+    painter.fillPath(capsule, cardFill(palette()));
+    painter.setPen(QPen(accent, 1.5));
+    painter.drawPath(capsule);
+    paintSymbol(
+        painter,
+        QRectF(plateRect.left() + 20, plateRect.center().y() - iconSide / 2.0, iconSide, iconSide),
+        "tray.and.arrow.down", accent);
+    painter.setFont(words);
+    painter.drawText(plateRect.adjusted(20 + iconSide + 8, 0, -20, 0),
+                     Qt::AlignVCenter | Qt::AlignLeft, text);
+  }
+};
+
 QPushButton* makeActionButton(const QString& text, std::string_view symbol, const QString& help,
                               QWidget* parent) {
   auto* button = new QPushButton(text, parent);
@@ -55,6 +101,9 @@ ResultScreen::ResultScreen(QWidget* parent) : QWidget(parent) {
   scroll_->setFrameShape(QFrame::NoFrame);
   scroll_->setWidgetResizable(true);
   scroll_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  // It holds the focus when a result appears, so that the keys scroll at once; Tab never
+  // comes back to it, for it could show no focus of its own.
+  scroll_->setFocusPolicy(Qt::NoFocus);
   outer->addWidget(scroll_);
 
   auto* content = new QWidget;
@@ -96,6 +145,7 @@ ResultScreen::ResultScreen(QWidget* parent) : QWidget(parent) {
   // covers nothing (the raw-metadata count is at the right, where it floats).
   centering->setContentsMargins(24, 20, 24,
                                 kReturnToTopBottom + returnToTop_->sizeHint().height() + 12);
+  dropHighlight_ = new DropHighlight(this);
 
   connect(scroll_->verticalScrollBar(), &QScrollBar::valueChanged, this, [this](int value) {
     const bool wanted = value > kReturnToTopThreshold;
@@ -170,6 +220,8 @@ void ResultScreen::buildTopCard(QVBoxLayout* column) {
   auto* another = makeActionButton(QStringLiteral("Inspect Another File"), "arrow.counterclockwise",
                                    QString(), topCard_);
   another->setDefault(true);
+  another->setToolTip(QStringLiteral("Back to the drop screen (Esc)"));
+  inspectAnother_ = another;
   connect(compare_, &QPushButton::clicked, this, &ResultScreen::compareRequested);
   connect(cleanCopy_, &QPushButton::clicked, this, &ResultScreen::cleanCopyRequested);
   connect(saveReport_, &QPushButton::clicked, this, &ResultScreen::saveReportRequested);
@@ -258,6 +310,7 @@ void ResultScreen::rebuild() {
   connect(rawBlock_, &RawMetadataBlock::toggleRequested, this,
           &ResultScreen::rawMetadataToggleRequested);
   layout->addWidget(rawBlock_);
+  orderTabStops();
 }
 
 QWidget* ResultScreen::buildSummaryCard(QWidget* parent) {
@@ -411,6 +464,58 @@ void ResultScreen::placeReturnToTop() {
 void ResultScreen::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
   placeReturnToTop();
+  dropHighlight_->setGeometry(rect());
+}
+
+void ResultScreen::setTargeted(bool targeted) {
+  dropHighlight_->setVisible(targeted);
+  if (targeted) {
+    dropHighlight_->setGeometry(rect());
+    dropHighlight_->raise();
+  }
+}
+
+bool ResultScreen::isTargeted() const { return dropHighlight_->isVisible(); }
+
+void ResultScreen::focusStart() { scroll_->setFocus(Qt::OtherFocusReason); }
+
+void ResultScreen::keyPressEvent(QKeyEvent* event) {
+  // What the scroll area leaves: Home and End, and the page keys from a focused button.
+  QScrollBar* bar = scroll_->verticalScrollBar();
+  if (event->matches(QKeySequence::MoveToStartOfDocument) || event->key() == Qt::Key_Home) {
+    bar->triggerAction(QAbstractSlider::SliderToMinimum);
+  } else if (event->matches(QKeySequence::MoveToEndOfDocument) || event->key() == Qt::Key_End) {
+    bar->triggerAction(QAbstractSlider::SliderToMaximum);
+  } else if (event->key() == Qt::Key_PageUp) {
+    bar->triggerAction(QAbstractSlider::SliderPageStepSub);
+  } else if (event->key() == Qt::Key_PageDown) {
+    bar->triggerAction(QAbstractSlider::SliderPageStepAdd);
+  } else {
+    QWidget::keyPressEvent(event);
+    return;
+  }
+  event->accept();
+}
+
+void ResultScreen::orderTabStops() {
+  // Reading order, from the top card's actions down to the raw metadata; "Return to Top"
+  // floats over the end and comes last.
+  QList<QWidget*> stops{compare_, cleanCopy_, saveReport_, inspectAnother_};
+  for (PillButton* pill : severityPills_) stops << pill;
+  for (PillButton* pill : summaryPills_) stops << pill;
+  for (SectionCard* card : sectionCards()) {
+    if (card->detailButton()) stops << card->detailButton();
+    if (card->inspectFurtherButton()) stops << card->inspectFurtherButton();
+  }
+  if (rawBlock_)
+    stops << rawBlock_->findChild<QAbstractButton*>(QStringLiteral("rawMetadataHeader"));
+  stops << returnToTop_;
+  QWidget* previous = scroll_;
+  for (QWidget* stop : stops) {
+    if (!stop) continue;
+    QWidget::setTabOrder(previous, stop);
+    previous = stop;
+  }
 }
 
 void ResultScreen::changeEvent(QEvent* event) {

@@ -80,6 +80,13 @@ class ResultScreen : public QWidget {
   void setActivity(const QString& text);
   QLabel* activityLabel() const { return activityText_; }
 
+  /// Marks the whole screen as a place to drop while a drag of a file is over the window.
+  void setTargeted(bool targeted);
+  bool isTargeted() const;
+  /// Where the keyboard starts on a new result: the page itself, so that the page and arrow
+  /// keys scroll at once and the first Tab reaches the first action.
+  void focusStart();
+
  signals:
   void inspectAnotherRequested();
   void compareRequested();
@@ -102,6 +109,7 @@ class ResultScreen : public QWidget {
  protected:
   void resizeEvent(QResizeEvent* event) override;
   void changeEvent(QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   void buildTopCard(QVBoxLayout* column);
@@ -109,6 +117,7 @@ class ResultScreen : public QWidget {
   QWidget* buildSummaryCard(QWidget* parent);
   QWidget* buildRevealsCard(QWidget* parent);
   void placeReturnToTop();
+  void orderTabStops();
 
   std::optional<LumenscribeResult> result_;
   ResultPresentation presentation_;
@@ -122,6 +131,8 @@ class ResultScreen : public QWidget {
   QPushButton* compare_ = nullptr;
   QPushButton* cleanCopy_ = nullptr;
   QPushButton* saveReport_ = nullptr;
+  QPushButton* inspectAnother_ = nullptr;
+  QWidget* dropHighlight_ = nullptr;
   QWidget* activity_ = nullptr;
   QLabel* activityText_ = nullptr;
   bool running_[3] = {false, false, false};
