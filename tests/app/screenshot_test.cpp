@@ -6,12 +6,15 @@
 #include <QApplication>
 #include <QDir>
 #include <QDragEnterEvent>
+#include <QLabel>
+#include <QLayout>
 #include <QMimeData>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QStyle>
 #include <QStyleFactory>
 #include <QTemporaryDir>
+#include <QThreadPool>
 #include <QtTest>
 #include <fstream>
 
@@ -213,6 +216,57 @@ class ScreenshotTest : public QObject {
     QVERIFY(view->cleanCopyQuestion());
     QVERIFY(QTest::qWaitForWindowExposed(view->cleanCopyQuestion()));
     save(view->cleanCopyQuestion(), "clean-copy-question");
+  }
+
+  // The window at its smallest, the progress card of a long fingerprint with Cancel (and the
+  // note a second drop brings), the focus ring beside the default button, and the result
+  // screen under a drag.
+  void smallWindowProgressAndFocus() {
+    QTemporaryDir temporary;
+    const std::filesystem::path big = temporary.filePath(QStringLiteral("big.bin")).toStdString();
+    std::ofstream{big}.close();
+    std::filesystem::resize_file(big, std::uintmax_t{2} << 30);  // sparse: slow to read only
+
+    LumenscribeApp app;
+    MainWindow* window = app.mainWindow();
+    window->resize(MainWindow::kMinimumSize);
+    window->show();
+    window->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(window));
+    ContentView* view = window->contentView();
+    save(window, "small-drop-screen");
+    QVERIFY(inspectAndWait(*view, fixture("photo_gps.jpg")));
+    QTRY_VERIFY(view->resultScreen()->preview()->renderedPreview().has_value());
+    save(window, "small-result-screen");
+    // The whole page at that width, every card reflowed.
+    QWidget* content = view->resultScreen()->scrollArea()->widget();
+    content->resize(content->width(), content->layout()->totalHeightForWidth(content->width()));
+    QApplication::processEvents();
+    save(content, "small-result-full");
+
+    // Tab to "Save Report": its ring beside the default "Inspect Another File".
+    window->resize(1040, 700);
+    QApplication::processEvents();
+    for (int i = 0; i < 3; ++i) QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    QCOMPARE(QApplication::focusWidget(), view->resultScreen()->actionButton("Save Report"));
+    save(window, "focus-ring");
+
+    QMimeData drag;
+    drag.setUrls({QUrl::fromLocalFile(QString::fromStdString(fixture("notes.txt").string()))});
+    QDragEnterEvent enter(QPoint(500, 400), Qt::CopyAction, &drag, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(view, &enter);
+    save(window, "result-screen-targeted");
+    QDragLeaveEvent leave;
+    QApplication::sendEvent(view, &leave);
+
+    view->startInspection(big);
+    QTRY_VERIFY_WITH_TIMEOUT(view->progressOverlay()->countLabel()->isVisible(), 10000);
+    QDragEnterEvent refused(QPoint(500, 400), Qt::CopyAction, &drag, Qt::LeftButton,
+                            Qt::NoModifier);
+    QApplication::sendEvent(view, &refused);
+    save(window, "inspecting-progress");
+    view->cancelInspection();
+    QThreadPool::globalInstance()->waitForDone();
   }
 };
 
