@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Lumenscribe Project
 // SPDX-License-Identifier: MIT
 #include <QApplication>
+#include <QThreadPool>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -68,10 +69,11 @@ int main(int argc, char** argv) {
   window->contentView()->openItems(items);
   const int status = QApplication::exec();
   // An inspection or a comparison only reads, so one still running (a fingerprint of a huge
-  // file, say) has nothing to finish: leave at once rather than wait for it behind a closed
-  // window. A report or clean copy being written is waited for.
+  // file, say, or a cancelled inspection's last decoder request) has nothing to finish:
+  // leave at once rather than wait for it behind a closed window. A report or clean copy
+  // being written is waited for.
   const lumenscribe::app::ContentView& view = *window->contentView();
-  if ((view.state().isInspecting || view.state().isComparing) && view.onlyReading()) {
+  if (QThreadPool::globalInstance()->activeThreadCount() > 0 && view.onlyReading()) {
     std::fflush(nullptr);
     std::_Exit(status);
   }
