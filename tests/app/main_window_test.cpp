@@ -1,10 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Lumenscribe Project
 // SPDX-License-Identifier: MIT
-// The main window on a small laptop screen (1366 x 768, run once as it is and once at 1.5x
-// scaling): where it opens, how it reflows down to its minimum, the keyboard, and the
-// messages of a start.
-#include <QAbstractButton>
-#include <QApplication>
+// The main window on a 1366 x 768 laptop screen (run as it is and at 1.5x scaling): where it
+// opens, how it reflows down to its minimum, the keyboard, and the messages of a start.
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScreen>
@@ -25,33 +22,23 @@ using lumenscribe::app::testing::inspectAndWait;
 
 namespace {
 
-// The visible widgets under `root` whose left or right edge lies outside [0, width) of
-// `frame`, by class and text or name.
-QStringList outside(QWidget* root, QWidget* frame, bool vertically) {
-  QStringList clipped;
+// The visible widgets under `root` that stick out of `frame` (sideways only, when `across`).
+QStringList stickingOut(QWidget* root, QWidget* frame, bool across) {
+  QStringList out;
   for (QWidget* widget : root->findChildren<QWidget*>()) {
     if (!widget->isVisibleTo(root) || widget->size().isEmpty()) continue;
-    const QRect box(widget->mapTo(frame, QPoint(0, 0)), widget->size());
-    const bool out =
-        vertically ? !frame->rect().contains(box) : box.left() < 0 || box.right() >= frame->width();
-    if (!out) continue;
-    const auto* button = qobject_cast<QAbstractButton*>(widget);
-    clipped << QStringLiteral("%1 %2 %3")
-                   .arg(QLatin1String(widget->metaObject()->className()),
-                        button ? button->text() : widget->objectName())
-                   .arg(QStringLiteral("%1,%2 %3x%4")
-                            .arg(box.x())
-                            .arg(box.y())
-                            .arg(box.width())
-                            .arg(box.height()));
+    const QRect box(widget->mapTo(frame, QPoint()), widget->size());
+    if (across ? box.left() < 0 || box.right() >= frame->width() : !frame->rect().contains(box))
+      out << QLatin1String(widget->metaObject()->className());
   }
-  return clipped;
+  return out;
 }
 
-void showActive(QWidget* window) {
+MainWindow* activeWindow(LumenscribeApp& app) {
+  MainWindow* window = app.mainWindow();
   window->show();
   window->activateWindow();
-  QVERIFY(QTest::qWaitForWindowActive(window));
+  return QTest::qWaitForWindowActive(window) ? window : nullptr;
 }
 
 }  // namespace
@@ -60,191 +47,119 @@ class MainWindowTest : public QObject {
   Q_OBJECT
 
  private slots:
-  void opensInsideTheAvailableScreenArea() {
-    LumenscribeApp app;
-    MainWindow* window = app.mainWindow();
-    showActive(window);
-    const QRect available = window->screen()->availableGeometry();
-    QVERIFY2(available.contains(window->frameGeometry()),
-             qPrintable(QStringLiteral("%1x%2 on %3x%4")
-                            .arg(window->frameGeometry().width())
-                            .arg(window->frameGeometry().height())
-                            .arg(available.width())
-                            .arg(available.height())));
-    QCOMPARE(window->minimumSize(), MainWindow::kMinimumSize);
-    const QSize needed = window->minimumSizeHint();
-    QVERIFY2(
-        needed.width() <= MainWindow::kMinimumSize.width() &&
-            needed.height() <= MainWindow::kMinimumSize.height(),
-        qPrintable(
-            QStringLiteral("the layout needs %1x%2").arg(needed.width()).arg(needed.height())));
-  }
-
-  void everythingFitsAcrossAtTheMinimumSize() {
+  void opensInsideTheScreenAndReflowsDownToItsMinimum() {
     QTemporaryDir folder;
-    QVERIFY(QFile::copy(QString::fromStdString(fixture("photo_gps.jpg").string()),
-                        folder.filePath("photo.jpg")));
     LumenscribeApp app;
-    MainWindow* window = app.mainWindow();
-    window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(window));
+    MainWindow* window = activeWindow(app);
+    QVERIFY(window);
+    QVERIFY(window->screen()->availableGeometry().contains(window->frameGeometry()));
     window->resize(MainWindow::kMinimumSize);
     QTRY_COMPARE(window->size(), MainWindow::kMinimumSize);
     ContentView* view = window->contentView();
-    QApplication::processEvents();
-    QVERIFY2(outside(view->dropScreen(), view->dropScreen(), true).isEmpty(),
-             qPrintable(outside(view->dropScreen(), view->dropScreen(), true).join('\n')));
-
-    for (const std::filesystem::path& item : {fixture("photo_gps.jpg"), fixture("notes.txt"),
-                                              std::filesystem::path(folder.path().toStdString())}) {
+    QVERIFY2(stickingOut(view->dropScreen(), view->dropScreen(), false).isEmpty(),
+             qPrintable(stickingOut(view->dropScreen(), view->dropScreen(), false).join(' ')));
+    for (const std::filesystem::path& item :
+         {fixture("photo_gps.jpg"), std::filesystem::path(folder.path().toStdString())}) {
       QVERIFY(inspectAndWait(*view, item));
       QScrollArea* scroll = view->resultScreen()->scrollArea();
       QTRY_VERIFY(scroll->widget()->width() <= scroll->viewport()->width());
       QApplication::processEvents();
-      const QStringList clipped = outside(scroll->widget(), scroll->viewport(), false);
-      QVERIFY2(clipped.isEmpty(),
-               qPrintable(QString::fromStdString(item.string()) + '\n' + clipped.join('\n')));
+      const QStringList out = stickingOut(scroll->widget(), scroll->viewport(), true);
+      QVERIFY2(out.isEmpty(), qPrintable(out.join(' ')));
     }
   }
 
-  void tabStartsAtTheFirstActionOfEveryResultAndKeysScrollAtOnce() {
+  void keysScrollANewResultTabStartsAtItsFirstActionAndEscapeOrCtrlWGoesBack() {
     LumenscribeApp app;
-    MainWindow* window = app.mainWindow();
-    showActive(window);
+    MainWindow* window = activeWindow(app);
+    QVERIFY(window);
     ContentView* view = window->contentView();
     ResultScreen* screen = view->resultScreen();
+    const auto press = [](Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+      QTest::keyClick(QApplication::focusWidget(), key, modifiers);
+    };
     for (int round = 0; round < 2; ++round) {
       QVERIFY(inspectAndWait(*view, fixture("photo_gps.jpg")));
-      // Wherever the focus was, the first Tab of a new result reaches the first action.
-      QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+      QScrollBar* bar = screen->scrollArea()->verticalScrollBar();
+      QTRY_VERIFY(bar->maximum() > bar->pageStep());
+      press(Qt::Key_PageDown);
+      QVERIFY(bar->value() > 0);
+      press(Qt::Key_End);
+      QCOMPARE(bar->value(), bar->maximum());
+      press(Qt::Key_Home);
+      QCOMPARE(bar->value(), 0);
+      press(Qt::Key_Down);
+      QCOMPARE(bar->value(), bar->singleStep());
+      press(Qt::Key_Tab);
       QCOMPARE(QApplication::focusWidget(), screen->actionButton(QStringLiteral("Compare")));
-      for (int i = 0; i < 5; ++i) QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-      QCOMPARE_NE(QApplication::focusWidget(), screen->actionButton(QStringLiteral("Compare")));
+      for (int i = 0; i < 4; ++i) press(Qt::Key_Tab);  // somewhere else before the next result
     }
-
-    QVERIFY(inspectAndWait(*view, fixture("photo_gps.jpg")));
-    QScrollBar* bar = screen->scrollArea()->verticalScrollBar();
-    QTRY_VERIFY(bar->maximum() > bar->pageStep());
-    struct Case {
-      Qt::Key key;
-      int expected;  // -1: somewhere between the ends
-    };
-    for (const Case& c :
-         {Case{Qt::Key_Down, bar->singleStep()}, Case{Qt::Key_PageDown, -1},
-          Case{Qt::Key_End, bar->maximum()}, Case{Qt::Key_Up, -1}, Case{Qt::Key_Home, 0}}) {
-      const int before = bar->value();
-      QTest::keyClick(QApplication::focusWidget(), c.key);
-      QVERIFY2(
-          c.expected >= 0 ? bar->value() == c.expected : bar->value() != before && bar->value() > 0,
-          qPrintable(QStringLiteral("key %1: %2").arg(c.key).arg(bar->value())));
-    }
-    // From a focused action too, the page keys scroll.
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_End);
-    QCOMPARE(bar->value(), bar->maximum());
-  }
-
-  void everyTabStopShowsItsFocus() {
-    LumenscribeApp app;
-    MainWindow* window = app.mainWindow();
-    showActive(window);
-    ContentView* view = window->contentView();
-    QVERIFY(inspectAndWait(*view, fixture("empty.txt")));  // offers "Inspect Further" too
-    QSet<QWidget*> seen;
-    for (int i = 0; i < 40; ++i) {
-      QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-      QWidget* focused = QApplication::focusWidget();
-      if (seen.contains(focused)) break;
-      seen.insert(focused);
-      const QImage withFocus = focused->grab().toImage();
-      focused->clearFocus();
-      const QImage without = focused->grab().toImage();
-      QVERIFY2(withFocus != without, focused->metaObject()->className());
-      focused->setFocus(Qt::TabFocusReason);
-    }
-    QVERIFY(seen.size() >= 8);  // four actions, pills, the health button, the raw metadata
-
-    // A focused button does not look like the default one.
-    QWidget panel;
-    QPushButton plain(QStringLiteral("Compare"), &panel);
-    QPushButton preferred(QStringLiteral("Compare"), &panel);
-    preferred.setDefault(true);
-    preferred.move(0, 40);
-    panel.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&panel));
-    panel.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&panel));
-    plain.setFocus(Qt::TabFocusReason);
-    QVERIFY(plain.hasFocus());
-    QVERIFY(plain.grab().toImage() != preferred.grab().toImage());
-  }
-
-  void escapeAndCloseReturnToTheDropScreen() {
-    LumenscribeApp app;
-    MainWindow* window = app.mainWindow();
-    showActive(window);
-    ContentView* view = window->contentView();
     for (const QKeyCombination key :
          {QKeyCombination(Qt::Key_Escape), QKeyCombination(Qt::ControlModifier, Qt::Key_W)}) {
       QVERIFY(inspectAndWait(*view, fixture("notes.txt")));
       QTest::keyClick(window, key.key(), key.keyboardModifiers());
-      QVERIFY2(!view->isShowingResult(), qPrintable(QKeySequence(key).toString()));
-      QVERIFY(!view->state().result);
+      QVERIFY(!view->isShowingResult() && !view->state().result);
     }
+  }
+
+  // The default button among them: it must not look focused already.
+  void everyTabStopShowsItsFocus() {
+    LumenscribeApp app;
+    MainWindow* window = activeWindow(app);
+    QVERIFY(window);
+    QVERIFY(inspectAndWait(*window->contentView(), fixture("empty.txt")));  // "Inspect Further"
+    QSet<QWidget*> seen;
+    for (QWidget* focused = nullptr; !seen.contains(focused = QApplication::focusWidget());) {
+      if (seen.insert(focused); seen.size() > 1) {  // the first holds the focus for the keys
+        const QImage withFocus = focused->grab().toImage();
+        focused->clearFocus();
+        QVERIFY2(withFocus != focused->grab().toImage(), focused->metaObject()->className());
+        focused->setFocus(Qt::TabFocusReason);
+      }
+      QTest::keyClick(focused, Qt::Key_Tab);
+    }
+    QVERIFY(seen.size() >= 9);  // four actions, pills, "Inspect Further", the raw metadata
   }
 
   void aStartWithSeveralOrMissingItemsNamesThemInAnAlertOverTheWindow() {
     LumenscribeApp app;
-    MainWindow* window = app.mainWindow();
-    showActive(window);
+    MainWindow* window = activeWindow(app);
+    QVERIFY(window);
     ContentView* view = window->contentView();
-    const std::filesystem::path missing = fixture("no-such-photo.jpg");
-    const std::string notes = fixture("notes.txt").string();
-    struct Case {
+    const std::filesystem::path notes = fixture("notes.txt"), missing = fixture("missing.jpg");
+    const struct {
       std::vector<std::filesystem::path> items;
       QString message;
-      QString details;
-    };
-    const Case cases[] = {
-        {{fixture("notes.txt"), missing},
-         oneItemMessage(),
-         QString::fromStdString(notes + '\n' + missing.string())},
-        {{missing},
-         QStringLiteral("No such file or directory"),
-         QString::fromStdString(missing.string())},
-    };
-    for (const Case& c : cases) {
+      std::string details;
+    } cases[] = {{{notes, missing}, oneItemMessage(), notes.string() + '\n' + missing.string()},
+                 {{missing}, QStringLiteral("No such file or directory"), missing.string()}};
+    for (const auto& c : cases) {
       QSignalSpy finished(view, &ContentView::inspectionFinished);
       view->openItems(c.items);
       if (c.items.size() == 1) QVERIFY(finished.wait(20000));
       QMessageBox* alert = view->alert();
-      QVERIFY(alert);
-      QTRY_VERIFY(alert->isVisible());
-      QCOMPARE(alert->window()->parentWidget()->window(), window);
+      QTRY_VERIFY(alert && alert->isVisible());
+      QCOMPARE(alert->parentWidget()->window(), window);
       QCOMPARE(alert->text(), c.message);
-      QCOMPARE(alert->informativeText(), c.details);
+      QCOMPARE(alert->informativeText(), QString::fromStdString(c.details));
       alert->button(QMessageBox::Ok)->click();
       QTest::qWait(20);
     }
   }
 
-  void aboutOpensOverTheMainWindow() {
+  void aboutOpensOverTheMainWindowAndInsideTheScreen() {
     LumenscribeApp app;
-    MainWindow* window = app.mainWindow();
-    showActive(window);
-    window->move(window->screen()->availableGeometry().topLeft());
-    QTRY_COMPARE(window->frameGeometry().topLeft(),
-                 window->screen()->availableGeometry().topLeft());
+    MainWindow* window = activeWindow(app);
+    QVERIFY(window);
+    const QRect available = window->screen()->availableGeometry();
+    window->move(available.topLeft());
     app.showAboutWindow();
     QVERIFY(QTest::qWaitForWindowExposed(app.aboutWindow()));
     const QRect about = app.aboutWindow()->frameGeometry();
-    const QRect available = window->screen()->availableGeometry();
     const QPoint offset = about.center() - window->frameGeometry().center();
-    // Centred, unless the screen is too short for that (at 1.5x): then within it.
-    const bool centredVertically = qAbs(offset.y()) <= 4 || about.top() == available.top() ||
-                                   about.bottom() == available.bottom();
-    QVERIFY2(qAbs(offset.x()) <= 4 && centredVertically && available.contains(about),
-             qPrintable(QStringLiteral("%1,%2").arg(offset.x()).arg(offset.y())));
+    // At 1.5x the screen is too short to centre it vertically; it then keeps to the top.
+    QVERIFY(available.contains(about));
+    QVERIFY(qAbs(offset.x()) <= 4 && (qAbs(offset.y()) <= 4 || about.top() == available.top()));
   }
 };
 
