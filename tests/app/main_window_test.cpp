@@ -8,6 +8,7 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QTemporaryDir>
+#include <QThreadPool>
 #include <QtTest>
 
 #include "app/about_window.h"
@@ -47,6 +48,10 @@ class MainWindowTest : public QObject {
   Q_OBJECT
 
  private slots:
+  // Pool threads that drew random numbers must end before OpenSSL's exit handler runs, or
+  // their generators are reported as leaks.
+  void cleanupTestCase() { QVERIFY(QThreadPool::globalInstance()->waitForDone(20000)); }
+
   void opensInsideTheScreenAndReflowsDownToItsMinimum() {
     QTemporaryDir folder;
     LumenscribeApp app;

@@ -11,6 +11,7 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QTemporaryDir>
+#include <QThreadPool>
 #include <QtTest>
 
 #include "app/card.h"
@@ -48,6 +49,10 @@ class ResultDetailsTest : public QObject {
   Q_OBJECT
 
  private slots:
+  // Pool threads that drew random numbers must end before OpenSSL's exit handler runs, or
+  // their generators are reported as leaks.
+  void cleanupTestCase() { QVERIFY(QThreadPool::globalInstance()->waitForDone(20000)); }
+
   void healthColourPillTargetAndReturnToTopFollowTheResult() {
     ResultScreen screen;
     screen.resize(900, 500);
