@@ -19,6 +19,7 @@
 #include <QWindow>
 
 #include "app/card.h"
+#include "app/focus_ring.h"
 #include "app/icons.h"
 #include "app/pills.h"
 #include "app/text_labels.h"
@@ -103,6 +104,7 @@ class MakerLink final : public QAbstractButton {
                      text());
     x += textWidth + 7;
     paintSymbol(painter, QRectF(x, (height() - 12) / 2.0, 12, 12), "arrow.up.right", accent);
+    if (hasFocus()) paintFocusRing(painter, QRectF(rect()), 10, palette());
   }
 };
 

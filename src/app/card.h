@@ -43,6 +43,7 @@ class IconBadge : public QWidget {
  public:
   IconBadge(std::string symbolName, Accent accent, int side = 30, QWidget* parent = nullptr);
   const std::string& symbolName() const { return symbolName_; }
+  Accent accent() const { return accent_; }
 
  protected:
   void paintEvent(QPaintEvent* event) override;

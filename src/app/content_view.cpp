@@ -9,12 +9,13 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QShortcut>
 #include <QStackedWidget>
 #include <QTimer>
 #include <QUrl>
 #include <QVBoxLayout>
-#include <QtConcurrent/QtConcurrentRun>
 
+#include "app/background_task.h"
 #include "app/card.h"
 #include "app/drop_screen.h"
 #include "app/health_sheet.h"
@@ -73,6 +74,10 @@ InspectionOutcome inspectItem(const FileInspector& inspector, const std::filesys
   outcome.isDirectory = facts.isDirectory;
   outcome.previewSymbol = std::string(previewSymbolFor(
       PreviewKindFacts{facts.isDirectory, facts.isPackage, pathExtension(url), facts.contentType}));
+  // Asked here, off the interface thread: it reads the picture's header in the decoder.
+  if (inspector.decoder() && !control.stopRequested()) {
+    outcome.canMakeCleanCopy = lumenscribe::canMakeCleanCopy(*item, *inspector.decoder());
+  }
   outcome.item = std::move(item);
   return outcome;
 }
@@ -81,10 +86,19 @@ QString oneItemMessage() {
   return QStringLiteral("Lumenscribe inspects one item at a time. Drop a single file or folder.");
 }
 
+QString pathList(const std::vector<std::filesystem::path>& paths) {
+  constexpr std::size_t kShown = 8;
+  QStringList lines;
+  for (std::size_t i = 0; i < paths.size() && i < kShown; ++i) {
+    lines << qText(validUtf8(paths[i].string()));
+  }
+  if (paths.size() > kShown) lines << QStringLiteral("and %1 more").arg(paths.size() - kShown);
+  return lines.join(QLatin1Char('\n'));
+}
+
 ContentView::ContentView(QWidget* parent) : QWidget(parent) {
   setObjectName(QStringLiteral("contentView"));
   setAcceptDrops(true);
-  setMinimumSize(920, 640);
 
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
@@ -99,24 +113,33 @@ ContentView::ContentView(QWidget* parent) : QWidget(parent) {
   stack_->addWidget(resultScreen_);
   layout->addWidget(stack_, 1);
   overlay_ = new ProgressOverlay(this);
-  // The worker only stores its count; the interface thread looks at it a few times a second.
+  connect(overlay_, &ProgressOverlay::cancelRequested, this, &ContentView::cancelInspection);
+  // The workers only store their counts; the interface thread looks at them a few times a
+  // second.
   progressTimer_ = new QTimer(this);
   progressTimer_->setInterval(100);
-  connect(progressTimer_, &QTimer::timeout, this, [this] { overlay_->setProgress(*entriesSeen_); });
+  connect(progressTimer_, &QTimer::timeout, this, [this] {
+    overlay_->setProgress(progress_->entries);
+    overlay_->setBytesRead(progress_->bytesRead, progress_->totalBytes);
+  });
 
-  connect(dropScreen_, &DropScreen::openRequested, this, [this] { chooseItemToOpen(false); });
-  connect(&watcher_, &QFutureWatcher<InspectionOutcome>::finished, this,
-          &ContentView::finishInspection);
+  connect(dropScreen_, &DropScreen::openRequested, this, &ContentView::chooseItemToOpen);
+  // Escape leaves the result (or the inspection) for the drop screen, wherever the focus is.
+  connect(new QShortcut(QKeySequence(Qt::Key_Escape), this), &QShortcut::activated, this,
+          &ContentView::closeResult);
   connectResultScreen();
 }
 
-// The watcher goes with the window; a running inspection holds only copies and finishes
-// on its own, its outcome unread, and a folder walk or ZIP listing in it ends at once.
+// A running inspection holds only copies and finishes on its own, its outcome unread; its
+// fingerprint, folder walk or ZIP listing ends at once.
 ContentView::~ContentView() { stopInspection_.request_stop(); }
 
 void ContentView::connectResultScreen() {
   ResultScreen* screen = resultScreen_;
   connect(screen, &ResultScreen::inspectAnotherRequested, this, &ContentView::inspectAnotherFile);
+  connect(screen, &ResultScreen::compareRequested, this, &ContentView::startComparison);
+  connect(screen, &ResultScreen::cleanCopyRequested, this, &ContentView::startCleanCopy);
+  connect(screen, &ResultScreen::saveReportRequested, this, &ContentView::saveReport);
   connect(screen, &ResultScreen::rawMetadataToggleRequested, this, [this] {
     state_.showRawMetadata = !state_.showRawMetadata;
     resultScreen_->setRawMetadataShown(state_.showRawMetadata);
@@ -150,13 +173,19 @@ bool ContentView::handleDrop(const QMimeData& data) {
   const QList<QUrl> urls = data.urls();
   if (urls.isEmpty()) return false;
   if (urls.size() > 1) {
-    setErrorMessage(oneItemMessage());
+    std::vector<std::filesystem::path> paths;
+    for (const QUrl& url : urls) {
+      const std::optional<std::filesystem::path> path = localPath(url);
+      paths.push_back(path ? *path : std::filesystem::path(url.toDisplayString().toStdString()));
+    }
+    setErrorMessage(oneItemMessage(), pathList(paths));
     return true;
   }
   const std::optional<std::filesystem::path> path = localPath(urls.front());
   if (!path) {
     setErrorMessage(
-        QString::fromStdString(make_error_code(FileInspectionError::unreadableFile).message()));
+        QString::fromStdString(make_error_code(FileInspectionError::unreadableFile).message()),
+        urls.front().toDisplayString());
     return true;
   }
   startInspection(*path);
@@ -164,53 +193,94 @@ bool ContentView::handleDrop(const QMimeData& data) {
 }
 
 void ContentView::startInspection(const std::filesystem::path& url) {
-  if (state_.isInspecting) return;
+  if (state_.isInspecting) {
+    overlay_->showBusyNote();
+    return;
+  }
   state_.isInspecting = true;
   setErrorMessage(std::nullopt);
   state_.showCameraDetails = false;
   state_.showVideoDetails = false;
   resultScreen_->setDetailsShown(DetailKind::camera, false);
   resultScreen_->setDetailsShown(DetailKind::video, false);
+  overlay_->start(qText(validUtf8(lastPathComponent(url))));
   overlay_->setGeometry(rect());
   overlay_->show();
   overlay_->raise();
   overlay_->setFocus();  // keys must not reach the screen underneath
-  // A fresh count and stop for every inspection: the last one's worker may still be ending.
+  // A fresh stop and count for every inspection: a cancelled one's workers may still be
+  // ending, and keep theirs.
   stopInspection_ = std::stop_source();
-  entriesSeen_ = std::make_shared<std::atomic<std::int64_t>>(0);
-  overlay_->setProgress(0);
+  progress_ = std::make_shared<InspectionProgress>();
   progressTimer_->start();
-  InspectionControl control{stopInspection_.get_token(),
-                            [seen = entriesSeen_](std::int64_t entries) { *seen = entries; }};
-  watcher_.setFuture(QtConcurrent::run(
-      [inspector = inspector_, url, control] { return inspectItem(inspector, url, control); }));
+  InspectionControl control{
+      stopInspection_.get_token(),
+      [progress = progress_](std::int64_t entries) { progress->entries = entries; },
+      [progress = progress_](std::int64_t read, std::int64_t total) {
+        progress->totalBytes = total;
+        progress->bytesRead = read;
+      }};
+  const std::uint64_t number = ++inspectionNumber_;
+  runInBackground(
+      this, [inspector = inspector_, url, control] { return inspectItem(inspector, url, control); },
+      [this, number, url](std::optional<InspectionOutcome> outcome) {
+        if (number == inspectionNumber_) finishInspection(std::move(outcome), url);
+      });
 }
 
-void ContentView::finishInspection() {
-  const QFuture<InspectionOutcome> future = watcher_.future();
-  InspectionOutcome outcome;
-  if (future.resultCount() > 0) {
-    outcome = future.result();
-  } else {
+void ContentView::finishInspection(std::optional<InspectionOutcome> outcome,
+                                   const std::filesystem::path& url) {
+  if (!outcome) {
     // The worker ended without an outcome (it threw): an empty error would read "Success".
-    outcome.error = make_error_code(FileInspectionError::unsupportedFile);
+    outcome.emplace();
+    outcome->error = make_error_code(FileInspectionError::unsupportedFile);
   }
   progressTimer_->stop();
   overlay_->hide();
-  if (outcome.result) {
-    state_.result = std::move(outcome.result);
+  state_.isInspecting = false;
+  if (outcome->result) {
+    state_.result = std::move(outcome->result);
     state_.showRawMetadata = false;
-    state_.isInspecting = false;
     resultScreen_->showResult(
-        *state_.result,
-        ResultPresentation{false, state_.showCameraDetails, state_.showVideoDetails,
-                           outcome.previewSymbol, outcome.isDirectory, std::move(outcome.item)});
+        *state_.result, ResultPresentation{false, state_.showCameraDetails, state_.showVideoDetails,
+                                           outcome->previewSymbol, outcome->isDirectory,
+                                           outcome->canMakeCleanCopy, std::move(outcome->item)});
     stack_->setCurrentWidget(resultScreen_);
+    resultScreen_->focusStart();
   } else {
-    state_.isInspecting = false;
-    setErrorMessage(QString::fromStdString(outcome.error.message()));
+    setErrorMessage(QString::fromStdString(outcome->error.message()),
+                    qText(validUtf8(url.string())));
   }
   emit inspectionFinished();
+}
+
+void ContentView::openItems(const std::vector<std::filesystem::path>& items) {
+  if (items.size() > 1) {
+    setErrorMessage(oneItemMessage(), pathList(items));
+  } else if (items.size() == 1) {
+    std::error_code error;
+    std::filesystem::path item = std::filesystem::absolute(items.front(), error);
+    if (error) item = items.front();
+    startInspection(item);
+  }
+}
+
+void ContentView::cancelInspection() {
+  if (!state_.isInspecting) return;
+  stopInspection_.request_stop();
+  ++inspectionNumber_;  // its outcome, when it comes, is dropped
+  progressTimer_->stop();
+  overlay_->hide();
+  state_.isInspecting = false;
+  inspectAnotherFile();
+}
+
+void ContentView::closeResult() {
+  if (state_.isInspecting) {
+    cancelInspection();
+  } else if (isShowingResult()) {
+    inspectAnotherFile();
+  }
 }
 
 void ContentView::inspectAnotherFile() {
@@ -223,9 +293,10 @@ void ContentView::inspectAnotherFile() {
   // The next drop may be the same item, changed in the meantime: its picture is read again.
   resultScreen_->preview()->clear();
   stack_->setCurrentWidget(dropScreen_);
+  dropScreen_->setFocus();
 }
 
-void ContentView::setErrorMessage(std::optional<QString> message) {
+void ContentView::setErrorMessage(std::optional<QString> message, const QString& details) {
   state_.errorMessage = std::move(message);
   if (!state_.errorMessage) {
     if (alert_) alert_->close();
@@ -245,6 +316,7 @@ void ContentView::setErrorMessage(std::optional<QString> message) {
     });
   }
   alert_->setText(*state_.errorMessage);
+  alert_->setInformativeText(details);
   alert_->open();
 }
 
@@ -262,7 +334,10 @@ void ContentView::showHealthSheet(const InsightSection& section) {
 }
 
 void ContentView::chooseItemToOpen(bool folder) {
-  if (state_.isInspecting) return;
+  if (state_.isInspecting) {
+    overlay_->showBusyNote();
+    return;
+  }
   auto* dialog =
       new QFileDialog(this, folder ? QStringLiteral("Open Folder") : QStringLiteral("Open"));
   dialog->setAttribute(Qt::WA_DeleteOnClose);
@@ -277,10 +352,17 @@ void ContentView::chooseItemToOpen(bool folder) {
 void ContentView::setTargeted(bool targeted) {
   state_.isTargeted = targeted;
   dropScreen_->setTargeted(targeted);
+  resultScreen_->setTargeted(targeted);
 }
 
 void ContentView::dragEnterEvent(QDragEnterEvent* event) {
   if (!event->mimeData()->hasUrls()) {
+    event->ignore();
+    return;
+  }
+  // Refused while busy: no highlight, the pointer says no, and the progress card says why.
+  if (state_.isInspecting) {
+    overlay_->showBusyNote();
     event->ignore();
     return;
   }

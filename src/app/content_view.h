@@ -15,9 +15,16 @@
 #include <stop_token>
 #include <string>
 #include <system_error>
+#include <variant>
+#include <vector>
 
+#include "app/clean_copy_sheet.h"
+#include "app/comparison_sheet.h"
+#include "app/file_chooser.h"
 #include "app/health_sheet.h"
 #include "app/presentation.h"
+#include "cleancopy/clean_copy.h"
+#include "compare/file_comparison.h"
 #include "lumenscribe/file_inspector.h"
 #include "lumenscribe/result.h"
 #include "platform/opened_item.h"
@@ -45,8 +52,13 @@ struct ContentViewState {
   bool showCleanCopyFallback = false;
   std::optional<std::filesystem::path> pendingCleanCopySource;
   std::optional<std::filesystem::path> pendingCleanCopyDestination;
+  std::optional<FileComparison> comparison;
   bool showComparison = false;
   bool isComparing = false;
+  /// A report is being written.
+  bool isSavingReport = false;
+  /// A clean copy is being prepared, asked about (where to save it) or written.
+  bool isMakingCleanCopy = false;
   std::optional<InsightSection> healthSectionForInspection;
   std::optional<PrivacyLevel> hoveredSeverity;
   std::optional<QString> hoveredDiveDeeperSection;
@@ -64,6 +76,7 @@ struct InspectionOutcome {
   std::error_code error;
   std::string previewSymbol = "doc.fill";
   bool isDirectory = false;
+  bool canMakeCleanCopy = false;
   std::shared_ptr<const platform::OpenedItem> item;
 };
 
@@ -73,6 +86,18 @@ InspectionOutcome inspectItem(const FileInspector& inspector, const std::filesys
 
 /// The message for several items dropped at once.
 QString oneItemMessage();
+
+/// The paths of several items, one a line, for the details of a message about them (the
+/// first few, then how many more).
+QString pathList(const std::vector<std::filesystem::path>& paths);
+
+/// How far the running inspection has come: written by its worker threads, read by the
+/// window a few times a second.
+struct InspectionProgress {
+  std::atomic<std::int64_t> entries{0};
+  std::atomic<std::int64_t> bytesRead{0};
+  std::atomic<std::int64_t> totalBytes{0};
+};
 
 /// The main window's content: heading, drop screen or result screen, progress overlay,
 /// error alert and the health sheet.
@@ -89,25 +114,56 @@ class ContentView : public QWidget {
 
   /// Acts on dropped data as a drop on the window would; false when the drop is declined.
   bool handleDrop(const QMimeData& data);
-  /// Inspects `url` on a worker thread; ignored while an inspection runs.
+  /// Inspects `url` on a worker thread. While an inspection runs, another is refused and the
+  /// progress card says so.
   void startInspection(const std::filesystem::path& url);
+  /// What the program was started with: one item is inspected (a relative path from the
+  /// working folder); several bring the one-item message naming them.
+  void openItems(const std::vector<std::filesystem::path>& items);
+  /// Stops the running inspection, drops what it found and goes back to the drop screen.
+  void cancelInspection();
+  /// Escape on the result screen and Ctrl+W: back to the drop screen (an inspection running
+  /// is cancelled).
+  void closeResult();
   /// Back to the drop screen, with every disclosure collapsed.
   void inspectAnotherFile();
-  /// Shows `message` in the alert (or closes the alert for nothing).
-  void setErrorMessage(std::optional<QString> message);
+  /// Shows `message` in the alert (or closes the alert for nothing), with `details` under it.
+  void setErrorMessage(std::optional<QString> message, const QString& details = {});
   /// Asks for a file (or, with `folder`, a folder) to inspect.
   void chooseItemToOpen(bool folder);
+
+  /// "Save Report": asks where, then writes the report of the result on screen in the
+  /// background.
+  void saveReport();
+  /// "Compare": asks for a second file, then compares the inspected one with it in the
+  /// background and shows the comparison sheet.
+  void startComparison();
+  /// "Create Clean Copy": checks the image and asks where, then makes a pixel-safe copy in
+  /// the background; when none can be made, asks whether to make a standard one.
+  void startCleanCopy();
+  /// The question's two answers.
+  void makeStandardCleanCopy();
+  void cancelStandardCleanCopy();
+  /// Replaces the file dialogs of these actions (tests answer them directly).
+  void setFileChooser(FileChooser chooser) { chooseFile_ = std::move(chooser); }
+  /// True unless a report or a clean copy is being written: what still runs only reads.
+  bool onlyReading() const { return !state_.isSavingReport && !state_.isMakingCleanCopy; }
 
   DropScreen* dropScreen() const { return dropScreen_; }
   ResultScreen* resultScreen() const { return resultScreen_; }
   ProgressOverlay* progressOverlay() const { return overlay_; }
   QMessageBox* alert() const { return alert_; }
   HealthSheet* healthSheet() const { return healthSheet_; }
+  ComparisonSheet* comparisonSheet() const { return comparisonSheet_; }
+  CleanCopySheet* cleanCopySheet() const { return cleanCopySheet_; }
+  QMessageBox* cleanCopyQuestion() const { return cleanCopyQuestion_; }
   bool isShowingResult() const;
 
  signals:
   /// An inspection ended and its outcome is on screen (result or alert).
   void inspectionFinished();
+  /// Work an action ran in the background ended and its outcome is on screen.
+  void actionFinished();
 
  protected:
   void dragEnterEvent(QDragEnterEvent* event) override;
@@ -116,26 +172,40 @@ class ContentView : public QWidget {
   void dropEvent(QDropEvent* event) override;
 
  private:
-  void finishInspection();
+  void finishInspection(std::optional<InspectionOutcome> outcome, const std::filesystem::path& url);
   void setTargeted(bool targeted);
   void showHealthSheet(const InsightSection& section);
   void connectResultScreen();
+  void writeReport(const LumenscribeResult& result, const std::filesystem::path& destination);
+  void compareWith(const std::filesystem::path& first, const std::filesystem::path& second);
+  void finishComparison(std::variant<FileComparison, ComparisonFailure> outcome);
+  void showComparisonSheet();
+  void makeCleanCopy(const std::filesystem::path& source, const std::filesystem::path& destination,
+                     CleanCopyKind kind);
+  void finishCleanCopy(const CleanCopyResult& result, const std::filesystem::path& source,
+                       const std::filesystem::path& destination, CleanCopyKind kind);
+  void askAboutStandardCleanCopy();
+  void updateActivity();
 
   ContentViewState state_;
   FileInspector inspector_;
-  // Ends the running inspection's folder walk or ZIP listing when the window goes.
+  // Ends the running inspection's fingerprint, folder walk or ZIP listing on Cancel or when
+  // the window goes.
   std::stop_source stopInspection_;
-  // How far the running inspection's walk or listing has come, written by its worker.
-  std::shared_ptr<std::atomic<std::int64_t>> entriesSeen_ =
-      std::make_shared<std::atomic<std::int64_t>>(0);
+  std::shared_ptr<InspectionProgress> progress_ = std::make_shared<InspectionProgress>();
+  // Counts inspections, so that the outcome of a cancelled one is known and dropped.
+  std::uint64_t inspectionNumber_ = 0;
   QTimer* progressTimer_ = nullptr;
-  QFutureWatcher<InspectionOutcome> watcher_;
   QStackedWidget* stack_ = nullptr;
   DropScreen* dropScreen_ = nullptr;
   ResultScreen* resultScreen_ = nullptr;
   ProgressOverlay* overlay_ = nullptr;
   QPointer<QMessageBox> alert_;
   QPointer<HealthSheet> healthSheet_;
+  QPointer<ComparisonSheet> comparisonSheet_;
+  QPointer<CleanCopySheet> cleanCopySheet_;
+  QPointer<QMessageBox> cleanCopyQuestion_;
+  FileChooser chooseFile_ = chooseWithFileDialog;
 };
 
 }  // namespace lumenscribe::app

@@ -18,14 +18,19 @@
 namespace lumenscribe::app {
 
 /// The dashed area that invites the drop; solid and tinted while a drag is over the window.
+/// Its icon and "Drop it here" are drawn in the room its layout keeps above the buttons, so
+/// that the area can shrink with the window.
 class DropArea final : public QWidget {
  public:
   explicit DropArea(QWidget* parent) : QWidget(parent) {
     setObjectName(QStringLiteral("dropArea"));
-    setMinimumSize(460, 210);
-    setMaximumWidth(620);
-    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    setMinimumWidth(360);
+    setMaximumSize(620, 210);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
   }
+
+  /// The room for the icon and the words: its layout's spacer.
+  void setArtworkItem(QSpacerItem* item) { artwork_ = item; }
 
   void setTargeted(bool targeted) {
     targeted_ = targeted;
@@ -48,17 +53,24 @@ class DropArea final : public QWidget {
     if (!targeted_) pen.setDashPattern({5, 4});
     painter.setPen(pen);
     painter.drawPath(path);
+    if (!artwork_) return;
 
+    const QRect room = artwork_->geometry();
+    const QFont words = scaledFont(font(), 1.3, QFont::DemiBold);
+    const int wordsHeight = QFontMetrics(words).height();
+    const qreal side = qBound(24, room.height() - wordsHeight - 6, 46);
+    const qreal top = room.top() + (room.height() - side - 6 - wordsHeight) / 2.0;
     const QColor tone = targeted_ ? accent : secondaryText(palette());
-    const qreal side = 46;
-    paintSymbol(painter, QRectF((width() - side) / 2.0, 38, side, side), "tray.and.arrow.down",
+    paintSymbol(painter, QRectF((width() - side) / 2.0, top, side, side), "tray.and.arrow.down",
                 tone);
-    painter.setFont(scaledFont(font(), 1.3, QFont::DemiBold));
+    painter.setFont(words);
     painter.setPen(targeted_ ? accent : palette().color(QPalette::WindowText));
-    painter.drawText(QRectF(0, 96, width(), 34), Qt::AlignCenter, QStringLiteral("Drop it here"));
+    painter.drawText(QRectF(0, top + side + 6, width(), wordsHeight), Qt::AlignCenter,
+                     QStringLiteral("Drop it here"));
   }
 
  private:
+  QSpacerItem* artwork_ = nullptr;
   bool targeted_ = false;
 };
 
@@ -113,7 +125,7 @@ QWidget* reassurance(QWidget* parent) {
 
 DropScreen::DropScreen(QWidget* parent) : QWidget(parent) {
   auto* layout = new QVBoxLayout(this);
-  layout->setContentsMargins(32, 24, 32, 32);
+  layout->setContentsMargins(24, 16, 24, 20);
   layout->setSpacing(0);
   layout->addStretch(3);
 
@@ -126,29 +138,44 @@ DropScreen::DropScreen(QWidget* parent) : QWidget(parent) {
       QStringLiteral("Photos, documents, audio, video, folders, archives, and more."), this));
   kinds->setFont(scaledFont(font(), 1.1));
   layout->addWidget(kinds);
-  layout->addSpacing(26);
+  layout->addSpacing(20);
 
   area_ = new DropArea(this);
   auto* areaLayout = new QVBoxLayout(area_);
-  areaLayout->setContentsMargins(0, 0, 0, 26);
-  areaLayout->addStretch(1);
+  areaLayout->setContentsMargins(16, 14, 16, 20);
+  areaLayout->setSpacing(10);
+  auto* artwork = new QSpacerItem(10, 64, QSizePolicy::Minimum, QSizePolicy::MinimumExpanding);
+  areaLayout->addSpacerItem(artwork);
+  area_->setArtworkItem(artwork);
+  auto* buttons = new QHBoxLayout;
+  buttons->setSpacing(10);
+  buttons->addStretch(1);
   open_ = new QPushButton(QStringLiteral("Open…"), area_);
-  setButtonSymbol(open_, "folder.badge.plus");
+  setButtonSymbol(open_, "doc.fill");
   open_->setObjectName(QStringLiteral("openButton"));
   open_->setToolTip(QStringLiteral("Choose a file to inspect (Ctrl+O)"));
-  open_->setCursor(Qt::PointingHandCursor);
-  open_->setMinimumSize(120, 30);
-  connect(open_, &QPushButton::clicked, this, &DropScreen::openRequested);
-  areaLayout->addWidget(open_, 0, Qt::AlignHCenter);
-  layout->addWidget(area_, 0, Qt::AlignHCenter);
-  layout->addSpacing(22);
+  openFolder_ = new QPushButton(QStringLiteral("Open Folder…"), area_);
+  setButtonSymbol(openFolder_, "folder.badge.plus");
+  openFolder_->setObjectName(QStringLiteral("openFolderButton"));
+  openFolder_->setToolTip(QStringLiteral("Choose a folder to inspect (Ctrl+Shift+O)"));
+  for (QPushButton* button : {open_, openFolder_}) {
+    button->setCursor(Qt::PointingHandCursor);
+    button->setMinimumHeight(30);
+    buttons->addWidget(button);
+  }
+  buttons->addStretch(1);
+  connect(open_, &QPushButton::clicked, this, [this] { emit openRequested(false); });
+  connect(openFolder_, &QPushButton::clicked, this, [this] { emit openRequested(true); });
+  areaLayout->addLayout(buttons);
+  layout->addWidget(area_, 6, Qt::AlignHCenter);
+  layout->addSpacing(18);
 
   layout->addWidget(reassurance(this));
   layout->addSpacing(8);
   auto* flow = centred(quietLabel(QStringLiteral("Drop → Inspect → Decide"), this));
   flow->setObjectName(QStringLiteral("flowLine"));
   layout->addWidget(flow);
-  layout->addSpacing(22);
+  layout->addSpacing(16);
   layout->addWidget(kindIcons(this));
   layout->addStretch(4);
 }

@@ -21,9 +21,11 @@ class DropScreen : public QWidget {
   void setTargeted(bool targeted);
   bool isTargeted() const;
   QPushButton* openButton() const { return open_; }
+  QPushButton* openFolderButton() const { return openFolder_; }
 
  signals:
-  void openRequested();
+  /// "Open…" (false) or "Open Folder…" (true).
+  void openRequested(bool folder);
 
  protected:
   void changeEvent(QEvent* event) override;
@@ -31,6 +33,7 @@ class DropScreen : public QWidget {
  private:
   DropArea* area_ = nullptr;
   QPushButton* open_ = nullptr;
+  QPushButton* openFolder_ = nullptr;
 };
 
 }  // namespace lumenscribe::app

@@ -48,21 +48,34 @@ void FlowLayout::setGeometry(const QRect& rect) {
 
 int FlowLayout::arrange(const QRect& rect, bool apply) const {
   const QRect area = rect.marginsRemoved(contentsMargins());
-  int x = area.x();
   int y = area.y();
   int lineHeight = 0;
+  QList<std::pair<QLayoutItem*, QSize>> line;
+  int lineWidth = 0;
+  // Lines are placed once complete, so that a right-aligned line can be pushed over.
+  const auto placeLine = [&] {
+    int x = area.x() + (rightAligned_ ? qMax(0, area.width() - lineWidth) : 0);
+    for (const auto& [item, hint] : line) {
+      if (apply) item->setGeometry(QRect(QPoint(x, y), hint));
+      x += hint.width() + spacing_;
+    }
+    line.clear();
+    lineWidth = 0;
+  };
   for (QLayoutItem* item : items_) {
     if (item->widget() && item->widget()->isHidden()) continue;
     const QSize hint = item->sizeHint();
-    if (x > area.x() && x + hint.width() > area.right() + 1) {
-      x = area.x();
+    const int wanted = line.isEmpty() ? hint.width() : lineWidth + spacing_ + hint.width();
+    if (!line.isEmpty() && wanted > area.width()) {
+      placeLine();
       y += lineHeight + spacing_;
       lineHeight = 0;
     }
-    if (apply) item->setGeometry(QRect(QPoint(x, y), hint));
-    x += hint.width() + spacing_;
+    lineWidth = line.isEmpty() ? hint.width() : lineWidth + spacing_ + hint.width();
+    line.append({item, hint});
     lineHeight = qMax(lineHeight, hint.height());
   }
+  placeLine();
   return y + lineHeight - rect.y() + contentsMargins().bottom();
 }
 

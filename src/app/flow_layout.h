@@ -7,11 +7,14 @@
 
 namespace lumenscribe::app {
 
-/// Lays its items out left to right and wraps them onto new lines (pills, tiles).
+/// Lays its items out left to right and wraps them onto new lines (pills, tiles, buttons);
+/// right-aligned, each line keeps to the right edge.
 class FlowLayout final : public QLayout {
  public:
   explicit FlowLayout(QWidget* parent = nullptr, int spacing = 8);
   ~FlowLayout() override;
+
+  void setRightAligned(bool rightAligned) { rightAligned_ = rightAligned; }
 
   void addItem(QLayoutItem* item) override;
   int count() const override;
@@ -29,6 +32,7 @@ class FlowLayout final : public QLayout {
 
   QList<QLayoutItem*> items_;
   int spacing_;
+  bool rightAligned_ = false;
 };
 
 }  // namespace lumenscribe::app

@@ -12,6 +12,7 @@
 
 #include "app/about_window.h"
 #include "app/content_view.h"
+#include "app/focus_ring.h"
 #include "platform/decoder_client.h"
 
 namespace lumenscribe::app {
@@ -21,7 +22,8 @@ MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent) {
   setWindowTitle(QStringLiteral("Lumenscribe"));
   content_ = new ContentView(this);
   setCentralWidget(content_);
-  resize(1040, 780);
+  setMinimumSize(kMinimumSize);
+  fitToScreen(QGuiApplication::primaryScreen());
 
   QMenu* file = menuBar()->addMenu(QStringLiteral("&File"));
   QAction* open = file->addAction(QStringLiteral("Open…"), content_,
@@ -30,6 +32,15 @@ MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent) {
   QAction* openFolder = file->addAction(QStringLiteral("Open Folder…"), content_,
                                         [this] { content_->chooseItemToOpen(true); });
   openFolder->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_O));
+  QAction* close =
+      file->addAction(QStringLiteral("Close"), content_, [this] { content_->closeResult(); });
+  // Ctrl+W wherever the platform's closing keys are others too.
+  QList<QKeySequence> closeKeys = QKeySequence::keyBindings(QKeySequence::Close);
+  if (!closeKeys.contains(QKeySequence(Qt::CTRL | Qt::Key_W))) {
+    closeKeys << QKeySequence(Qt::CTRL | Qt::Key_W);
+  }
+  close->setShortcuts(closeKeys);
+  close->setToolTip(QStringLiteral("Back to the drop screen"));
   file->addSeparator();
   QAction* quit = file->addAction(QStringLiteral("Quit"), this, &QWidget::close);
   quit->setShortcut(QKeySequence::Quit);
@@ -41,7 +52,23 @@ MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent) {
   about->setMenuRole(QAction::AboutRole);
 }
 
+void MainWindow::fitToScreen(const QScreen* screen) {
+  if (!screen) {
+    resize(kPreferredSize);
+    return;
+  }
+  // The frame is not known before the window is shown: leave room for a title bar.
+  const QRect available = screen->availableGeometry();
+  const QSize room = available.size() - kFrameAllowance;
+  const QSize size = kPreferredSize.boundedTo(room).expandedTo(kMinimumSize);
+  resize(size);
+  const QSize framed = size + kFrameAllowance;
+  move(available.left() + qMax(0, (available.width() - framed.width()) / 2),
+       available.top() + qMax(0, (available.height() - framed.height()) / 2));
+}
+
 LumenscribeApp::LumenscribeApp() {
+  installFocusRingStyle();
   QApplication::setApplicationName(QStringLiteral("Lumenscribe"));
   QApplication::setDesktopFileName(QStringLiteral("lumenscribe"));
   QApplication::setWindowIcon(QIcon(QStringLiteral(":/lumenscribe/lumenscribe.svg")));
@@ -66,13 +93,24 @@ void LumenscribeApp::showAboutWindow() {
   if (!about_) {
     // Deleted when closed, so the pointer empties and the next request makes a fresh one.
     about_ = new AboutWindow(window_.get());
+    // Over the main window when it is up, else in the middle of the screen; always within
+    // the screen.
     const QScreen* screen =
         window_->screen() ? window_->screen() : QGuiApplication::primaryScreen();
-    if (screen) {
-      QRect frame = about_->frameGeometry();
+    QRect frame = about_->frameGeometry();
+    if (window_->isVisible()) {
+      frame.moveCenter(window_->frameGeometry().center());
+    } else if (screen) {
       frame.moveCenter(screen->availableGeometry().center());
-      about_->move(frame.topLeft());
     }
+    if (screen) {
+      const QRect available = screen->availableGeometry();
+      frame.moveLeft(qBound(available.left(), frame.left(),
+                            qMax(available.left(), available.right() - frame.width() + 1)));
+      frame.moveTop(qBound(available.top(), frame.top(),
+                           qMax(available.top(), available.bottom() - frame.height() + 1)));
+    }
+    about_->move(frame.topLeft());
   }
   about_->show();
   about_->raise();

@@ -5,9 +5,12 @@
 #include <QMainWindow>
 #include <QObject>
 #include <QPointer>
+#include <QSize>
 #include <memory>
 
 #include "app/about_window.h"
+
+class QScreen;
 
 namespace lumenscribe::app {
 
@@ -18,8 +21,19 @@ class MainWindow : public QMainWindow {
   Q_OBJECT
 
  public:
+  /// Small enough to sit beside a file manager on a laptop, and to fit, title bar and panel
+  /// included, on a 1366 x 768 screen at 1.5x scaling.
+  static constexpr QSize kMinimumSize{640, 460};
+  static constexpr QSize kPreferredSize{1040, 780};
+  /// Room kept for the window manager's frame when the window is fitted to a screen.
+  static constexpr QSize kFrameAllowance{16, 48};
+
   explicit MainWindow(QWidget* parent = nullptr);
   ContentView* contentView() const { return content_; }
+
+  /// Sizes the window to its preferred size within the available area of `screen` (never
+  /// below its minimum) and centres it there.
+  void fitToScreen(const QScreen* screen);
 
  signals:
   void aboutRequested();

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Lumenscribe Project
 // SPDX-License-Identifier: MIT
 #include <QApplication>
+#include <QThreadPool>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -65,18 +66,14 @@ int main(int argc, char** argv) {
   lumenscribe::app::MainWindow* window = app.mainWindow();
   window->show();
   app.warmUpDecoders();
-  if (items.size() > 1) {
-    window->contentView()->setErrorMessage(lumenscribe::app::oneItemMessage());
-  } else if (items.size() == 1) {
-    std::error_code error;
-    std::filesystem::path item = std::filesystem::absolute(items.front(), error);
-    if (error) item = items.front();
-    window->contentView()->startInspection(item);
-  }
+  window->contentView()->openItems(items);
   const int status = QApplication::exec();
-  // An inspection only reads, so one still running (a fingerprint of a huge file, say) has
-  // nothing to finish: leave at once rather than wait for it behind a closed window.
-  if (window->contentView()->state().isInspecting) {
+  // An inspection or a comparison only reads, so one still running (a fingerprint of a huge
+  // file, say, or a cancelled inspection's last decoder request) has nothing to finish:
+  // leave at once rather than wait for it behind a closed window. A report or clean copy
+  // being written is waited for.
+  const lumenscribe::app::ContentView& view = *window->contentView();
+  if (QThreadPool::globalInstance()->activeThreadCount() > 0 && view.onlyReading()) {
     std::fflush(nullptr);
     std::_Exit(status);
   }

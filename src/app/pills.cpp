@@ -5,6 +5,7 @@
 #include <QPainter>
 #include <QPainterPath>
 
+#include "app/focus_ring.h"
 #include "app/icons.h"
 #include "app/theme.h"
 
@@ -49,6 +50,8 @@ void PillButton::setCount(qint64 count) {
 void PillButton::setMuted(bool muted) {
   muted_ = muted;
   setCursor(muted ? Qt::ArrowCursor : Qt::PointingHandCursor);
+  // Nothing to do with it, so Tab passes it by.
+  setFocusPolicy(muted ? Qt::NoFocus : Qt::StrongFocus);
   update();
 }
 
@@ -99,11 +102,7 @@ void PillButton::paintEvent(QPaintEvent*) {
     fillCapsule(painter, QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), cardFill(palette()), {});
   fillCapsule(painter, QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), withAlpha(color, fillAlpha),
               withAlpha(color, active ? 0.45 : 0.22));
-  if (hasFocus()) {
-    painter.setPen(QPen(withAlpha(palette().color(QPalette::Highlight), 0.8), 1.5));
-    const QRectF focus = QRectF(rect()).adjusted(1, 1, -1, -1);
-    painter.drawRoundedRect(focus, focus.height() / 2, focus.height() / 2);
-  }
+  if (hasFocus()) paintFocusRing(painter, QRectF(rect()), height() / 2.0, palette());
 
   const QColor textColor = isEnabled() ? color : withAlpha(color, 0.45);
   qreal x = kPaddingX;

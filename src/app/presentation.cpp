@@ -60,6 +60,28 @@ Accent accentForSection(std::string_view title) {
   return Accent::system;
 }
 
+Accent accentForCard(const InsightSection& section) {
+  if (section.title != "File Health") return accentForSection(section.title);
+  const auto assessment =
+      std::find_if(section.rows.begin(), section.rows.end(),
+                   [](const InsightRow& row) { return row.label == "Assessment"; });
+  if (assessment == section.rows.end() || assessment->value == "Looks intact") {
+    return accentForSection(section.title);
+  }
+  // Doubt is orange; damage and unreadable files are red.
+  if (assessment->value == "Verification limited" || assessment->value == "Empty file") {
+    return Accent::orange;
+  }
+  return Accent::red;
+}
+
+std::string_view pillTarget(const std::vector<InsightSection>& sections, std::string_view item) {
+  for (const InsightSection& section : sections) {
+    if (section.title == item) return section.title;
+  }
+  return sections.empty() ? item : std::string_view(sections.front().title);
+}
+
 std::string sectionAnchor(std::string_view title) {
   QString anchor = QString::fromUtf8(title.data(), static_cast<qsizetype>(title.size())).toLower();
   anchor.replace(QLatin1String("&"), QLatin1String("and"));

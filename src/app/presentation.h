@@ -18,6 +18,14 @@ enum class Accent { blue, purple, indigo, teal, orange, green, cyan, mint, red, 
 /// The accent of a section card, chosen by its title.
 Accent accentForSection(std::string_view title);
 
+/// The accent of a section's card: its title's, except that "File Health" takes the colour
+/// of its verdict (green only when it "Looks intact").
+Accent accentForCard(const InsightSection& section);
+
+/// The title of the section a summary pill jumps to: the section of that title, else the
+/// first section (the "File" pill of a folder, whose first section is "Container").
+std::string_view pillTarget(const std::vector<InsightSection>& sections, std::string_view item);
+
 /// The scroll anchor of a section card: "Identity & Integrity" gives
 /// "section-identity-and-integrity".
 std::string sectionAnchor(std::string_view title);

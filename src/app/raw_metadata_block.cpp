@@ -13,6 +13,7 @@
 #include <QTextLayout>
 #include <QVBoxLayout>
 
+#include "app/focus_ring.h"
 #include "app/icons.h"
 #include "app/theme.h"
 
@@ -75,6 +76,7 @@ class DisclosureHeader final : public QAbstractButton {
       painter.setBrush(withAlpha(palette().color(QPalette::WindowText), 0.04));
       painter.drawRoundedRect(QRectF(rect()).adjusted(2, 2, -2, -2), 10, 10);
     }
+    if (hasFocus()) paintFocusRing(painter, QRectF(rect()), 10, palette());
     const QColor secondary = secondaryText(palette());
     const QRectF chevron(16, (height() - 14) / 2.0, 14, 14);
     painter.save();

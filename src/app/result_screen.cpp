@@ -4,7 +4,11 @@
 
 #include <QEvent>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
+#include <QPainter>
+#include <QPainterPath>
+#include <QProgressBar>
 #include <QPropertyAnimation>
 #include <QPushButton>
 #include <QScrollArea>
@@ -30,8 +34,53 @@ namespace {
 constexpr int kColumnMaxWidth = 1080;
 constexpr int kReturnToTopThreshold = 480;
 constexpr int kAnchorMargin = 12;
+constexpr int kReturnToTopBottom = 20;  // its distance from the bottom edge
+constexpr int kReturnToTopRight = 32;
 
 QString anchorName(std::string_view anchor) { return qText(anchor); }
+
+/// Marks the whole result screen while a drag of a file is over the window: dropping there
+/// inspects the item as on the drop screen. It lets the pointer through.
+class DropHighlight final : public QWidget {
+ public:
+  explicit DropHighlight(QWidget* parent) : QWidget(parent) {
+    setObjectName(QStringLiteral("dropHighlight"));
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    hide();
+  }
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QColor accent = accentColor(Accent::system, palette());
+    QPainterPath frame;
+    frame.addRoundedRect(QRectF(rect()).adjusted(6, 6, -6, -6), 16, 16);
+    painter.fillPath(frame, withAlpha(accent, 0.08));
+    painter.setPen(QPen(accent, 2.5));
+    painter.drawPath(frame);
+
+    const QFont words = scaledFont(font(), 1.3, QFont::DemiBold);
+    const QString text = QStringLiteral("Drop it here");
+    const int iconSide = 24;
+    const QSize plate(QFontMetrics(words).horizontalAdvance(text) + iconSide + 8 + 40,
+                      QFontMetrics(words).height() + 24);
+    const QRectF plateRect(
+        QPointF((width() - plate.width()) / 2.0, (height() - plate.height()) / 2.0), plate);
+    QPainterPath capsule;
+    capsule.addRoundedRect(plateRect, plateRect.height() / 2, plateRect.height() / 2);
+    painter.fillPath(capsule, cardFill(palette()));
+    painter.setPen(QPen(accent, 1.5));
+    painter.drawPath(capsule);
+    paintSymbol(
+        painter,
+        QRectF(plateRect.left() + 20, plateRect.center().y() - iconSide / 2.0, iconSide, iconSide),
+        "tray.and.arrow.down", accent);
+    painter.setFont(words);
+    painter.drawText(plateRect.adjusted(20 + iconSide + 8, 0, -20, 0),
+                     Qt::AlignVCenter | Qt::AlignLeft, text);
+  }
+};
 
 QPushButton* makeActionButton(const QString& text, std::string_view symbol, const QString& help,
                               QWidget* parent) {
@@ -52,6 +101,9 @@ ResultScreen::ResultScreen(QWidget* parent) : QWidget(parent) {
   scroll_->setFrameShape(QFrame::NoFrame);
   scroll_->setWidgetResizable(true);
   scroll_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  // It holds the focus when a result appears, so that the keys scroll at once; Tab never
+  // comes back to it, for it could show no focus of its own.
+  scroll_->setFocusPolicy(Qt::NoFocus);
   outer->addWidget(scroll_);
 
   auto* content = new QWidget;
@@ -89,6 +141,11 @@ ResultScreen::ResultScreen(QWidget* parent) : QWidget(parent) {
   connect(returnToTop_, &QAbstractButton::clicked, this,
           [this] { scrollToAnchor(anchorName(kPageTopAnchor)); });
   connect(returnToTop_, &PillButton::hoverChanged, this, &ResultScreen::returnToTopHovered);
+  // Room under the last card for the floating button, so that at the end of the page it
+  // covers nothing (the raw-metadata count is at the right, where it floats).
+  centering->setContentsMargins(24, 20, 24,
+                                kReturnToTopBottom + returnToTop_->sizeHint().height() + 12);
+  dropHighlight_ = new DropHighlight(this);
 
   connect(scroll_->verticalScrollBar(), &QScrollBar::valueChanged, this, [this](int value) {
     const bool wanted = value > kReturnToTopThreshold;
@@ -127,28 +184,55 @@ void ResultScreen::buildTopCard(QVBoxLayout* column) {
   facts->addWidget(details_);
   facts->addWidget(new Badge(QStringLiteral("Local"), Accent::green, topCard_));
   facts->addStretch(1);
+  activity_ = new QWidget(topCard_);
+  activity_->setObjectName(QStringLiteral("activity"));
+  auto* activity = new QHBoxLayout(activity_);
+  activity->setContentsMargins(0, 0, 0, 0);
+  activity->setSpacing(8);
+  auto* busy = new QProgressBar(activity_);
+  busy->setRange(0, 0);  // busy: comparisons and copies report no progress
+  busy->setTextVisible(false);
+  busy->setFixedSize(72, 6);
+  activity->addWidget(busy, 0, Qt::AlignVCenter);
+  activityText_ = quietLabel(QString(), activity_);
+  activityText_->setObjectName(QStringLiteral("activityText"));
+  activityText_->setWordWrap(true);
+  activity->addWidget(activityText_);
+  activity_->hide();
+  // Beside the facts, where it moves nothing when it comes and goes.
+  facts->addWidget(activity_);
   info->addLayout(facts);
   info->addStretch(1);
 
-  auto* actions = new QHBoxLayout;
-  actions->setSpacing(8);
-  auto* compare = makeActionButton(QStringLiteral("Compare"), "arrow.left.arrow.right",
-                                   QStringLiteral("Compare this file with another file"), topCard_);
-  auto* cleanCopy = makeActionButton(
+  auto* actionsHost = new QWidget(topCard_);
+  actionsHost->setObjectName(QStringLiteral("actions"));
+  auto* actions = new FlowLayout(actionsHost, 8);
+  actions->setRightAligned(true);
+  compare_ = makeActionButton(QStringLiteral("Compare"), "arrow.left.arrow.right",
+                              QStringLiteral("Compare this file with another file"), topCard_);
+  cleanCopy_ = makeActionButton(
       QStringLiteral("Create Clean Copy"), "sparkles",
       QStringLiteral("Save a copy of this image with privacy metadata removed"), topCard_);
-  auto* save =
+  cleanCopy_->setFont(scaledFont(font(), 0.95, QFont::DemiBold));
+  cleanCopy_->hide();
+  saveReport_ =
       makeActionButton(QStringLiteral("Save Report"), "square.and.arrow.down", QString(), topCard_);
-  // Wired up together with comparison, clean copy and report saving.
-  for (QPushButton* pending : {compare, cleanCopy, save}) pending->setEnabled(false);
   auto* another = makeActionButton(QStringLiteral("Inspect Another File"), "arrow.counterclockwise",
                                    QString(), topCard_);
   another->setDefault(true);
+  another->setToolTip(QStringLiteral("Back to the drop screen (Esc)"));
+  inspectAnother_ = another;
+  connect(compare_, &QPushButton::clicked, this, &ResultScreen::compareRequested);
+  connect(cleanCopy_, &QPushButton::clicked, this, &ResultScreen::cleanCopyRequested);
+  connect(saveReport_, &QPushButton::clicked, this, &ResultScreen::saveReportRequested);
   connect(another, &QPushButton::clicked, this, &ResultScreen::inspectAnotherRequested);
-  actions->addStretch(1);
-  for (QPushButton* button : {compare, cleanCopy, save, another}) actions->addWidget(button);
+  for (QPushButton* button : {compare_, cleanCopy_, saveReport_, another}) {
+    button->setParent(actionsHost);
+    actions->addWidget(button);
+  }
   info->addSpacing(10);
-  info->addLayout(actions);
+  info->addWidget(actionsHost);
+
   layout->addLayout(info, 1);
   column->addWidget(topCard_);
 }
@@ -160,6 +244,20 @@ QPushButton* ResultScreen::actionButton(const QString& text) const {
   return nullptr;
 }
 
+void ResultScreen::setActionRunning(ResultAction action, bool running) {
+  running_[static_cast<int>(action)] = running;
+  switch (action) {
+    case ResultAction::compare: compare_->setEnabled(!running && !presentation_.isDirectory); break;
+    case ResultAction::cleanCopy: cleanCopy_->setEnabled(!running); break;
+    case ResultAction::saveReport: saveReport_->setEnabled(!running); break;
+  }
+}
+
+void ResultScreen::setActivity(const QString& text) {
+  activityText_->setText(text);
+  activity_->setVisible(!text.isEmpty());
+}
+
 void ResultScreen::showResult(const LumenscribeResult& result,
                               const ResultPresentation& presentation) {
   result_ = result;
@@ -168,6 +266,10 @@ void ResultScreen::showResult(const LumenscribeResult& result,
   type_->setText(qText(result.typeDescription));
   details_->setText(QStringLiteral("%1 details").arg(result.summaryCount));
   preview_->setItem(presentation.item, presentation.previewSymbol);
+  cleanCopy_->setVisible(presentation.canMakeCleanCopy);
+  // A folder has no bytes of its own to compare.
+  compare_->setEnabled(!presentation.isDirectory &&
+                       !running_[static_cast<int>(ResultAction::compare)]);
   rebuild();
   scrollAnimation_->stop();
   scroll_->verticalScrollBar()->setValue(0);
@@ -208,6 +310,7 @@ void ResultScreen::rebuild() {
   connect(rawBlock_, &RawMetadataBlock::toggleRequested, this,
           &ResultScreen::rawMetadataToggleRequested);
   layout->addWidget(rawBlock_);
+  orderTabStops();
 }
 
 QWidget* ResultScreen::buildSummaryCard(QWidget* parent) {
@@ -232,6 +335,7 @@ QWidget* ResultScreen::buildSummaryCard(QWidget* parent) {
   verdict_ = new QLabel(qText(verdict.text), card);
   verdict_->setObjectName(QStringLiteral("verdict"));
   verdict_->setFont(scaledFont(font(), 1.35, QFont::Bold));
+  verdict_->setWordWrap(true);
   setTextColor(verdict_, accentColor(accent, palette()));
   row->addWidget(verdict_, 1);
 
@@ -276,9 +380,14 @@ QWidget* ResultScreen::buildRevealsCard(QWidget* parent) {
   auto* flow = new FlowLayout(pills, 8);
   for (const std::string& item : result_->summaryItems) {
     const QString text = qText(item);
-    auto* pill = new PillButton(text, "", accentForSection(item), pills);
+    const std::string_view target = pillTarget(result_->sections, item);
+    const auto section = std::find_if(result_->sections.begin(), result_->sections.end(),
+                                      [&](const InsightSection& s) { return s.title == item; });
+    const Accent accent =
+        section == result_->sections.end() ? accentForSection(item) : accentForCard(*section);
+    auto* pill = new PillButton(text, "", accent, pills);
     pill->setToolTip(QStringLiteral("Jump to %1").arg(text));
-    const QString anchor = QString::fromStdString(sectionAnchor(item));
+    const QString anchor = QString::fromStdString(sectionAnchor(target));
     connect(pill, &QAbstractButton::clicked, this, [this, anchor] { scrollToAnchor(anchor); });
     connect(pill, &PillButton::hoverChanged, this, [this, text](bool hovered) {
       emit insightPillHovered(hovered ? std::optional(text) : std::nullopt);
@@ -347,13 +456,66 @@ void ResultScreen::setReturnToTopShown(bool shown) {
 
 void ResultScreen::placeReturnToTop() {
   const QSize hint = returnToTop_->sizeHint();
-  returnToTop_->setGeometry(width() - hint.width() - 32, height() - hint.height() - 20,
-                            hint.width(), hint.height());
+  returnToTop_->setGeometry(width() - hint.width() - kReturnToTopRight,
+                            height() - hint.height() - kReturnToTopBottom, hint.width(),
+                            hint.height());
 }
 
 void ResultScreen::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
   placeReturnToTop();
+  dropHighlight_->setGeometry(rect());
+}
+
+void ResultScreen::setTargeted(bool targeted) {
+  dropHighlight_->setVisible(targeted);
+  if (targeted) {
+    dropHighlight_->setGeometry(rect());
+    dropHighlight_->raise();
+  }
+}
+
+bool ResultScreen::isTargeted() const { return dropHighlight_->isVisible(); }
+
+void ResultScreen::focusStart() { scroll_->setFocus(Qt::OtherFocusReason); }
+
+void ResultScreen::keyPressEvent(QKeyEvent* event) {
+  // What the scroll area leaves: Home and End, and the page keys from a focused button.
+  QScrollBar* bar = scroll_->verticalScrollBar();
+  if (event->matches(QKeySequence::MoveToStartOfDocument) || event->key() == Qt::Key_Home) {
+    bar->triggerAction(QAbstractSlider::SliderToMinimum);
+  } else if (event->matches(QKeySequence::MoveToEndOfDocument) || event->key() == Qt::Key_End) {
+    bar->triggerAction(QAbstractSlider::SliderToMaximum);
+  } else if (event->key() == Qt::Key_PageUp) {
+    bar->triggerAction(QAbstractSlider::SliderPageStepSub);
+  } else if (event->key() == Qt::Key_PageDown) {
+    bar->triggerAction(QAbstractSlider::SliderPageStepAdd);
+  } else {
+    QWidget::keyPressEvent(event);
+    return;
+  }
+  event->accept();
+}
+
+void ResultScreen::orderTabStops() {
+  // Reading order, from the top card's actions down to the raw metadata; "Return to Top"
+  // floats over the end and comes last.
+  QList<QWidget*> stops{compare_, cleanCopy_, saveReport_, inspectAnother_};
+  for (PillButton* pill : severityPills_) stops << pill;
+  for (PillButton* pill : summaryPills_) stops << pill;
+  for (SectionCard* card : sectionCards()) {
+    if (card->detailButton()) stops << card->detailButton();
+    if (card->inspectFurtherButton()) stops << card->inspectFurtherButton();
+  }
+  if (rawBlock_)
+    stops << rawBlock_->findChild<QAbstractButton*>(QStringLiteral("rawMetadataHeader"));
+  stops << returnToTop_;
+  QWidget* previous = scroll_;
+  for (QWidget* stop : stops) {
+    if (!stop) continue;
+    QWidget::setTabOrder(previous, stop);
+    previous = stop;
+  }
 }
 
 void ResultScreen::changeEvent(QEvent* event) {

@@ -35,9 +35,14 @@ struct ResultPresentation {
   bool showVideoDetails = false;
   std::string previewSymbol = "doc.fill";
   bool isDirectory = false;
+  /// "Create Clean Copy" is offered (an image of one picture in a format that can be written).
+  bool canMakeCleanCopy = false;
   /// The inspected item, for its preview; none: the icon alone.
   std::shared_ptr<const platform::OpenedItem> item;
 };
+
+/// The actions of the top card that run in the background.
+enum class ResultAction { compare, cleanCopy, saveReport };
 
 /// The scrolling result screen: top card, summary, what the file reveals, one card per
 /// section, the privacy card and the raw metadata. It draws what it is given and reports
@@ -69,9 +74,24 @@ class ResultScreen : public QWidget {
   QLabel* verdictLabel() const { return verdict_; }
   PillButton* returnToTopButton() const { return returnToTop_; }
   QPushButton* actionButton(const QString& text) const;
+  /// The button of an action: disabled while the action runs.
+  void setActionRunning(ResultAction action, bool running);
+  /// The line under the action buttons that says what runs in the background; empty hides it.
+  void setActivity(const QString& text);
+  QLabel* activityLabel() const { return activityText_; }
+
+  /// Marks the whole screen as a place to drop while a drag of a file is over the window.
+  void setTargeted(bool targeted);
+  bool isTargeted() const;
+  /// Where the keyboard starts on a new result: the page itself, so that the page and arrow
+  /// keys scroll at once and the first Tab reaches the first action.
+  void focusStart();
 
  signals:
   void inspectAnotherRequested();
+  void compareRequested();
+  void cleanCopyRequested();
+  void saveReportRequested();
   void rawMetadataToggleRequested();
   void detailsToggleRequested(lumenscribe::app::DetailKind kind);
   void inspectFurtherRequested(const lumenscribe::InsightSection& section);
@@ -89,6 +109,7 @@ class ResultScreen : public QWidget {
  protected:
   void resizeEvent(QResizeEvent* event) override;
   void changeEvent(QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   void buildTopCard(QVBoxLayout* column);
@@ -96,6 +117,7 @@ class ResultScreen : public QWidget {
   QWidget* buildSummaryCard(QWidget* parent);
   QWidget* buildRevealsCard(QWidget* parent);
   void placeReturnToTop();
+  void orderTabStops();
 
   std::optional<LumenscribeResult> result_;
   ResultPresentation presentation_;
@@ -106,6 +128,14 @@ class ResultScreen : public QWidget {
   WrappedText* name_ = nullptr;
   QLabel* type_ = nullptr;
   QLabel* details_ = nullptr;
+  QPushButton* compare_ = nullptr;
+  QPushButton* cleanCopy_ = nullptr;
+  QPushButton* saveReport_ = nullptr;
+  QPushButton* inspectAnother_ = nullptr;
+  QWidget* dropHighlight_ = nullptr;
+  QWidget* activity_ = nullptr;
+  QLabel* activityText_ = nullptr;
+  bool running_[3] = {false, false, false};
   QWidget* body_ = nullptr;  // everything under the top card, remade per result
   QLabel* verdict_ = nullptr;
   QList<PillButton*> severityPills_;

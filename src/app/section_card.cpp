@@ -51,7 +51,7 @@ SectionCard::SectionCard(const InsightSection& section, bool detailsExpanded, QW
 }
 
 void SectionCard::buildHeader(QVBoxLayout* layout) {
-  const Accent accent = accentForSection(section_.title);
+  const Accent accent = accentForCard(section_);
   auto* header = new QHBoxLayout;
   header->setSpacing(10);
   header->addWidget(new IconBadge(section_.systemImage, accent, 30, this));

@@ -3,6 +3,9 @@
 #include "app/text_labels.h"
 
 #include <QAbstractTextDocumentLayout>
+#include <QApplication>
+#include <QClipboard>
+#include <QMenu>
 #include <QScrollBar>
 #include <QTextDocument>
 
@@ -22,6 +25,19 @@ bool hasLongRun(const QString& text) {
     if (run > kLongestWrappableRun) return true;
   }
   return false;
+}
+
+QString selectedText(const QWidget* widget) {
+  if (const auto* label = qobject_cast<const QLabel*>(widget)) return label->selectedText();
+  if (const auto* text = qobject_cast<const QTextEdit*>(widget)) {
+    return text->textCursor().selectedText().replace(QChar::ParagraphSeparator, '\n');
+  }
+  return {};
+}
+
+void selectAll(QWidget* widget) {
+  if (auto* label = qobject_cast<QLabel*>(widget)) label->setSelection(0, label->text().size());
+  if (auto* text = qobject_cast<QTextEdit*>(widget)) text->selectAll();
 }
 
 QLabel* plainLabel(const QString& text, QWidget* parent) {
@@ -53,6 +69,7 @@ WrappedText::WrappedText(const QString& text, QWidget* parent) : QTextEdit(paren
   // Drops belong to the window, not to a text field.
   setAcceptDrops(false);
   viewport()->setAcceptDrops(false);
+  offerCopy(this);
   setText(text);
 }
 
@@ -90,7 +107,23 @@ QWidget* valueLabel(const QString& text, QWidget* parent) {
   QLabel* label = plainLabel(text, parent);
   label->setTextInteractionFlags(Qt::TextSelectableByMouse);
   label->setCursor(Qt::IBeamCursor);
+  offerCopy(label);
   return label;
+}
+
+void offerCopy(QWidget* value) {
+  value->setContextMenuPolicy(Qt::CustomContextMenu);
+  QObject::connect(value, &QWidget::customContextMenuRequested, value, [value](QPoint at) {
+    auto* menu = new QMenu(value);
+    menu->setObjectName(QStringLiteral("valueMenu"));
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->addAction(QStringLiteral("Copy"), value, [value] {
+      const QString selection = selectedText(value);
+      QApplication::clipboard()->setText(selection.isEmpty() ? valueText(value) : selection);
+    });
+    menu->addAction(QStringLiteral("Select All"), value, [value] { selectAll(value); });
+    menu->popup(value->mapToGlobal(at));
+  });
 }
 
 QString valueText(const QWidget* widget) {

@@ -42,6 +42,10 @@ QLabel* quietLabel(const QString& text, QWidget* parent);
 /// WrappedText when the text has a run too long to wrap at word boundaries.
 QWidget* valueLabel(const QString& text, QWidget* parent);
 
+/// Gives a value widget (a label or WrappedText) the menu of a right-click: "Copy" (the
+/// selection, or the whole value when nothing is selected) and "Select All".
+void offerCopy(QWidget* value);
+
 /// The text of a widget made by valueLabel.
 QString valueText(const QWidget* widget);
 

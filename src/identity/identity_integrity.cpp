@@ -40,7 +40,8 @@ std::string hexDigest(std::span<const std::uint8_t> bytes) {
   return text;
 }
 
-std::optional<std::string> fingerprintOf(int fd, std::int64_t size) {
+std::optional<std::string> fingerprintOf(int fd, std::int64_t size,
+                                         const InspectionControl& control) {
   if (fd < 0 || size < 0) return std::nullopt;
   ::posix_fadvise(fd, 0, size, POSIX_FADV_SEQUENTIAL);
 
@@ -49,12 +50,14 @@ std::optional<std::string> fingerprintOf(int fd, std::int64_t size) {
   // One fixed buffer, so memory stays flat however large the file is.
   auto chunk = std::make_unique_for_overwrite<std::byte[]>(kChunkSize);
   for (std::int64_t offset = 0; offset < size;) {
+    if (control.stopRequested()) return std::nullopt;
     const auto wanted = static_cast<std::size_t>(std::min<std::int64_t>(kChunkSize, size - offset));
     const auto count = platform::readFullyAt(fd, std::span(chunk.get(), wanted), offset);
     // A read error, or a file that shrank since it was opened: never the digest of a prefix.
     if (!count || *count < wanted) return std::nullopt;
     if (!sha.update(std::span(chunk.get(), *count))) return std::nullopt;
     offset += static_cast<std::int64_t>(*count);
+    if (control.onBytesRead) control.onBytesRead(offset, size);
   }
   const auto digest = sha.finish();
   if (!digest) return std::nullopt;
@@ -68,14 +71,15 @@ std::optional<std::string> fileFingerprint(const std::filesystem::path& url) {
   return fingerprintOf(fd.get(), status.st_size);
 }
 
-void addIdentityAndIntegrity(const platform::OpenedItem& item, Accumulators& accumulators) {
+void addIdentityAndIntegrity(const platform::OpenedItem& item, Accumulators& accumulators,
+                             const InspectionControl& control) {
   std::vector<InsightRow> rows;
   auto add = [&](const char* label, const char* key, std::string value) {
     accumulators.setRaw(key, value);
     rows.emplace_back(label, std::move(value));
   };
 
-  if (auto fingerprint = fingerprintOf(item.descriptor(), item.size())) {
+  if (auto fingerprint = fingerprintOf(item.descriptor(), item.size(), control)) {
     add("SHA-256", "File SHA-256", *fingerprint);
   }
 

@@ -62,6 +62,15 @@ void appendAll(Accumulators& into, Accumulators&& from) {
   std::move(from.findings.begin(), from.findings.end(), std::back_inserter(into.findings));
 }
 
+LumenscribeResult completedResult(const std::filesystem::path& url, const std::string& displayName,
+                                  std::string typeDescription, Accumulators& accumulators) {
+  completeFindingsAndSummary(accumulators);
+  const std::int64_t count = detailCount(accumulators.sections);
+  return LumenscribeResult(url, displayName, std::move(typeDescription), count,
+                           std::move(accumulators.summaryItems), std::move(accumulators.sections),
+                           std::move(accumulators.findings), std::move(accumulators.rawMetadata));
+}
+
 }  // namespace
 
 FileInspector::FileInspector() : FileInspector(std::make_shared<platform::DecoderClient>()) {}
@@ -101,7 +110,7 @@ LumenscribeResult FileInspector::inspect(const platform::OpenedItem& item,
     // The fingerprint and the structural check (a decode, a demux, a test run) each read
     // the whole file: they run at once, and their sections still come in step order.
     Accumulators identity;
-    const auto fingerprint = beside([&] { addIdentityAndIntegrity(item, identity); });
+    const auto fingerprint = beside([&] { addIdentityAndIntegrity(item, identity, control); });
     const StructureCheckOutcome structure = checkFileStructure(item, signature, *decoder_);
     fingerprint.wait();
     appendAll(accumulators, std::move(identity));
@@ -114,6 +123,12 @@ LumenscribeResult FileInspector::inspect(const platform::OpenedItem& item,
     inventoryFolder(item, accumulators, control);
   } else if (asciiLower(pathExtension(url)) == "zip") {
     inventoryZipArchive(item, accumulators, control);
+  }
+
+  // Whoever stopped the inspection drops its result: what is left to read is skipped.
+  if (control.stopRequested()) {
+    return completedResult(url, displayName, typeDescriptionOf(url, facts, renamedContent),
+                           accumulators);
   }
 
   analyzeSystemMetadata(item, accumulators);
@@ -141,11 +156,8 @@ LumenscribeResult FileInspector::inspect(const platform::OpenedItem& item,
   // Last, the image pass for every item.
   addImagePass(imageProperties.get(), accumulators);
 
-  completeFindingsAndSummary(accumulators);
-  const std::int64_t count = detailCount(accumulators.sections);
-  return LumenscribeResult(url, displayName, typeDescriptionOf(url, facts, renamedContent), count,
-                           std::move(accumulators.summaryItems), std::move(accumulators.sections),
-                           std::move(accumulators.findings), std::move(accumulators.rawMetadata));
+  return completedResult(url, displayName, typeDescriptionOf(url, facts, renamedContent),
+                         accumulators);
 }
 
 }  // namespace lumenscribe

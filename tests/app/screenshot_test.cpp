@@ -6,13 +6,21 @@
 #include <QApplication>
 #include <QDir>
 #include <QDragEnterEvent>
+#include <QLabel>
+#include <QLayout>
 #include <QMimeData>
+#include <QPushButton>
 #include <QScrollArea>
 #include <QStyle>
 #include <QStyleFactory>
+#include <QTemporaryDir>
+#include <QThreadPool>
 #include <QtTest>
+#include <fstream>
 
 #include "app/about_window.h"
+#include "app/clean_copy_sheet.h"
+#include "app/comparison_sheet.h"
 #include "app/health_sheet.h"
 #include "app/lumenscribe_app.h"
 #include "app/pills.h"
@@ -103,8 +111,8 @@ class ScreenshotTest : public QObject {
     save(window, "result-screen");
 
     // The smallest window still fits everything across.
-    window->resize(window->minimumSizeHint());
-    QTRY_COMPARE(window->centralWidget()->size(), QSize(920, 640));
+    window->resize(MainWindow::kMinimumSize);
+    QTRY_COMPARE(window->size(), MainWindow::kMinimumSize);
     QVERIFY(screen->scrollArea()->widget()->width() <= screen->scrollArea()->viewport()->width());
     save(window, "result-screen-smallest");
     window->resize(1040, 820);
@@ -143,6 +151,122 @@ class ScreenshotTest : public QObject {
     app.showAboutWindow();
     QVERIFY(QTest::qWaitForWindowExposed(app.aboutWindow()));
     save(app.aboutWindow(), "about-window");
+  }
+
+  // The sheets of the result screen's actions: comparisons of two pictures and of two texts,
+  // a clean copy's outcome and the question asked when no pixel-safe copy can be made.
+  void actionSheets() {
+    QTemporaryDir temporary;
+    const std::filesystem::path folder = temporary.path().toStdString();
+    std::ofstream(folder / "draft-1.txt")
+        << "Field notes\nMonday: rain\n\nTuesday: sun\nWednesday\n";
+    std::ofstream(folder / "draft-2.txt") << "Field notes\nMonday: heavy rain\nTuesday: sun\n";
+    const std::filesystem::path data = LUMENSCRIBE_TEST_DATA_DIR;
+
+    LumenscribeApp app;
+    MainWindow* window = app.mainWindow();
+    window->resize(1040, 820);
+    window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(window));
+    ContentView* view = window->contentView();
+    std::optional<std::filesystem::path> answer;
+    view->setFileChooser(
+        [&answer](const FileRequest&, QWidget*, FileChosen chosen) { chosen(answer); });
+    QSignalSpy finished(view, &ContentView::actionFinished);
+
+    const auto compare = [&](const std::filesystem::path& first,
+                             const std::filesystem::path& second, const char* name) {
+      QVERIFY(inspectAndWait(*view, first));
+      answer = second;
+      view->resultScreen()->actionButton(QStringLiteral("Compare"))->click();
+      QVERIFY(finished.wait(20000));
+      ComparisonSheet* sheet = view->comparisonSheet();
+      QVERIFY(sheet);
+      QVERIFY(QTest::qWaitForWindowExposed(sheet));
+      QTest::qWait(50);  // text fields fit their height once they know their width
+      save(sheet, name);
+      sheet->accept();
+    };
+    compare(data / "image/png_with_exif.png", data / "image/pixels_only.png",
+            "comparison-pictures");
+    compare(folder / "draft-1.txt", folder / "draft-2.txt", "comparison-texts");
+
+    // While a comparison runs, the top card says so.
+    QVERIFY(inspectAndWait(*view, fixture("photo_gps.jpg")));
+    QTest::qWait(50);
+    answer = fixture("rotated.jpg");
+    view->resultScreen()->actionButton(QStringLiteral("Compare"))->click();
+    save(window, "result-screen-comparing");
+    QTRY_VERIFY_WITH_TIMEOUT(view->comparisonSheet(), 20000);
+    view->comparisonSheet()->accept();
+
+    answer = folder / "photo_gps-clean.jpg";
+    view->resultScreen()->actionButton(QStringLiteral("Create Clean Copy"))->click();
+    QVERIFY(finished.wait(20000));
+    QVERIFY(view->cleanCopySheet());
+    QVERIFY(QTest::qWaitForWindowExposed(view->cleanCopySheet()));
+    QTest::qWait(50);
+    save(view->cleanCopySheet(), "clean-copy-saved");
+    view->cleanCopySheet()->accept();
+
+    QVERIFY(inspectAndWait(*view, data / "image/photo.tif"));
+    answer = folder / "photo-clean.tif";
+    view->resultScreen()->actionButton(QStringLiteral("Create Clean Copy"))->click();
+    QVERIFY(finished.wait(20000));
+    QVERIFY(view->cleanCopyQuestion());
+    QVERIFY(QTest::qWaitForWindowExposed(view->cleanCopyQuestion()));
+    save(view->cleanCopyQuestion(), "clean-copy-question");
+  }
+
+  // The window at its smallest, the progress card of a long fingerprint with Cancel (and the
+  // note a second drop brings), the focus ring beside the default button, and the result
+  // screen under a drag.
+  void smallWindowProgressAndFocus() {
+    QTemporaryDir temporary;
+    const std::filesystem::path big = temporary.filePath(QStringLiteral("big.bin")).toStdString();
+    std::ofstream{big}.close();
+    std::filesystem::resize_file(big, std::uintmax_t{2} << 30);  // sparse: slow to read only
+
+    LumenscribeApp app;
+    MainWindow* window = app.mainWindow();
+    window->resize(MainWindow::kMinimumSize);
+    window->show();
+    window->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(window));
+    ContentView* view = window->contentView();
+    save(window, "small-drop-screen");
+    QVERIFY(inspectAndWait(*view, fixture("photo_gps.jpg")));
+    QTRY_VERIFY(view->resultScreen()->preview()->renderedPreview().has_value());
+    save(window, "small-result-screen");
+    // The whole page at that width, every card reflowed.
+    QWidget* content = view->resultScreen()->scrollArea()->widget();
+    content->resize(content->width(), content->layout()->totalHeightForWidth(content->width()));
+    QApplication::processEvents();
+    save(content, "small-result-full");
+
+    // Tab to "Save Report": its ring beside the default "Inspect Another File".
+    window->resize(1040, 700);
+    QApplication::processEvents();
+    for (int i = 0; i < 3; ++i) QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    QCOMPARE(QApplication::focusWidget(), view->resultScreen()->actionButton("Save Report"));
+    save(window, "focus-ring");
+
+    QMimeData drag;
+    drag.setUrls({QUrl::fromLocalFile(QString::fromStdString(fixture("notes.txt").string()))});
+    QDragEnterEvent enter(QPoint(500, 400), Qt::CopyAction, &drag, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(view, &enter);
+    save(window, "result-screen-targeted");
+    QDragLeaveEvent leave;
+    QApplication::sendEvent(view, &leave);
+
+    view->startInspection(big);
+    QTRY_VERIFY_WITH_TIMEOUT(view->progressOverlay()->countLabel()->isVisible(), 10000);
+    QDragEnterEvent refused(QPoint(500, 400), Qt::CopyAction, &drag, Qt::LeftButton,
+                            Qt::NoModifier);
+    QApplication::sendEvent(view, &refused);
+    save(window, "inspecting-progress");
+    view->cancelInspection();
+    QThreadPool::globalInstance()->waitForDone();
   }
 };
 

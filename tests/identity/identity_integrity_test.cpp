@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 
 #include <fstream>
+#include <stop_token>
 
 #include "test_files.h"
 
@@ -39,6 +40,34 @@ TEST(FileFingerprint, hashesEveryByteAcrossChunkBoundaries) {
   EXPECT_EQ(fileFingerprint(dir.path() / "missing"), std::nullopt);
   // A directory opens but cannot be read: no digest rather than the digest of nothing.
   EXPECT_EQ(fileFingerprint(dir.path()), std::nullopt);
+}
+
+// The window shows how far a long fingerprint has come, and its Cancel must end it at once.
+TEST(FileFingerprint, reportsEveryChunkAndEndsWithoutADigestWhenStopped) {
+  TempDir dir;
+  constexpr std::int64_t kMiB = 1024 * 1024;
+  const auto file = dir.write("big", std::string(5 * kMiB / 2, 'a'));
+  const platform::OpenedItem item = test::openedItem(file);
+  std::vector<std::pair<std::int64_t, std::int64_t>> reports;
+  InspectionControl control;
+  control.onBytesRead = [&](std::int64_t read, std::int64_t total) {
+    reports.emplace_back(read, total);
+  };
+  EXPECT_EQ(fingerprintOf(item.descriptor(), item.size(), control), fileFingerprint(file));
+  using Reports = decltype(reports);
+  EXPECT_EQ(
+      reports,
+      (Reports{{kMiB, 5 * kMiB / 2}, {2 * kMiB, 5 * kMiB / 2}, {5 * kMiB / 2, 5 * kMiB / 2}}));
+
+  std::stop_source stop;
+  reports.clear();
+  control.stopToken = stop.get_token();
+  control.onBytesRead = [&](std::int64_t read, std::int64_t total) {
+    reports.emplace_back(read, total);
+    stop.request_stop();
+  };
+  EXPECT_EQ(fingerprintOf(item.descriptor(), item.size(), control), std::nullopt);
+  EXPECT_EQ(reports.size(), 1u);
 }
 
 TEST(IdentityAndIntegrity, reportsFingerprintOwnershipAndModeBits) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <stop_token>
 
 #include "lumenscribe/file_inspector.h"
 #include "platform/opened_item.h"
@@ -65,6 +66,20 @@ TEST(ContainerSteps, aStopThroughTheInspectorEndsTheWalkButNotTheInspection) {
   ASSERT_FALSE(result.sections.empty());
   EXPECT_EQ(result.rawMetadata.at("Container Files"), "0");
   EXPECT_EQ(progressCalls, 0);
+}
+
+TEST(ContainerSteps, aStoppedInspectionOfAFileSkipsItsFingerprintAndTheAnalysesAfterItsHealth) {
+  TempDir dir;
+  const auto file = dir.write("notes.txt", "Field notes\nNothing to see here.\n");
+  std::stop_source stop;
+  stop.request_stop();
+  const auto result =
+      FileInspector().inspect(test::openedItem(file), InspectionControl{stop.get_token()});
+  EXPECT_EQ(test::titlesOf(result.sections),
+            (std::vector<std::string>{"File", "Identity & Integrity", "Type Verification",
+                                      "File Health"}));
+  EXPECT_EQ(result.rawMetadata.count("File SHA-256"), 0u);
+  EXPECT_FALSE(result.privacyFindings.empty());
 }
 
 }  // namespace
