@@ -21,9 +21,8 @@ MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent) {
   setObjectName(QStringLiteral("mainWindow"));
   setWindowTitle(QStringLiteral("Lumenscribe"));
   content_ = new ContentView(this);
+  content_->setMinimumSize(kMinimumContentSize);
   setCentralWidget(content_);
-  setMinimumSize(kMinimumSize);
-  fitToScreen(QGuiApplication::primaryScreen());
 
   QMenu* file = menuBar()->addMenu(QStringLiteral("&File"));
   QAction* open = file->addAction(QStringLiteral("Open…"), content_,
@@ -50,6 +49,9 @@ MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent) {
   QAction* about =
       help->addAction(QStringLiteral("About Lumenscribe"), this, &MainWindow::aboutRequested);
   about->setMenuRole(QAction::AboutRole);
+
+  setMinimumSize(minimumSizeHint());
+  fitToScreen(QGuiApplication::primaryScreen());
 }
 
 void MainWindow::fitToScreen(const QScreen* screen) {
@@ -60,7 +62,7 @@ void MainWindow::fitToScreen(const QScreen* screen) {
   // The frame is not known before the window is shown: leave room for a title bar.
   const QRect available = screen->availableGeometry();
   const QSize room = available.size() - kFrameAllowance;
-  const QSize size = kPreferredSize.boundedTo(room).expandedTo(kMinimumSize);
+  const QSize size = kPreferredSize.boundedTo(room).expandedTo(minimumSize());
   resize(size);
   const QSize framed = size + kFrameAllowance;
   move(available.left() + qMax(0, (available.width() - framed.width()) / 2),

@@ -21,9 +21,8 @@ class MainWindow : public QMainWindow {
   Q_OBJECT
 
  public:
-  /// Small enough to sit beside a file manager on a laptop, and to fit, title bar and panel
-  /// included, on a 1366 x 768 screen at 1.5x scaling.
-  static constexpr QSize kMinimumSize{640, 460};
+  /// The content's own minimum; the window adds its menu bar to it.
+  static constexpr QSize kMinimumContentSize{920, 640};
   static constexpr QSize kPreferredSize{1040, 780};
   /// Room kept for the window manager's frame when the window is fitted to a screen.
   static constexpr QSize kFrameAllowance{16, 48};

@@ -58,8 +58,8 @@ class MainWindowTest : public QObject {
     MainWindow* window = activeWindow(app);
     QVERIFY(window);
     QVERIFY(window->screen()->availableGeometry().contains(window->frameGeometry()));
-    window->resize(MainWindow::kMinimumSize);
-    QTRY_COMPARE(window->size(), MainWindow::kMinimumSize);
+    window->resize(window->minimumSize());
+    QTRY_COMPARE(window->size(), window->minimumSize());
     ContentView* view = window->contentView();
     QVERIFY2(stickingOut(view->dropScreen(), view->dropScreen(), false).isEmpty(),
              qPrintable(stickingOut(view->dropScreen(), view->dropScreen(), false).join(' ')));

@@ -111,8 +111,8 @@ class ScreenshotTest : public QObject {
     save(window, "result-screen");
 
     // The smallest window still fits everything across.
-    window->resize(MainWindow::kMinimumSize);
-    QTRY_COMPARE(window->size(), MainWindow::kMinimumSize);
+    window->resize(window->minimumSize());
+    QTRY_COMPARE(window->size(), window->minimumSize());
     QVERIFY(screen->scrollArea()->widget()->width() <= screen->scrollArea()->viewport()->width());
     save(window, "result-screen-smallest");
     window->resize(1040, 820);
@@ -229,7 +229,7 @@ class ScreenshotTest : public QObject {
 
     LumenscribeApp app;
     MainWindow* window = app.mainWindow();
-    window->resize(MainWindow::kMinimumSize);
+    window->resize(window->minimumSize());
     window->show();
     window->activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(window));
