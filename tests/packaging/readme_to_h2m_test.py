@@ -2,13 +2,13 @@
 # SPDX-FileCopyrightText: 2026 Lumenscribe Project
 # SPDX-License-Identifier: MIT
 # Usage: readme_to_h2m_test.py path/to/readme_to_h2m.py
-import importlib.util
+import runpy
 import sys
+import types
 import unittest
 
-spec = importlib.util.spec_from_file_location("readme_to_h2m", sys.argv.pop(1))
-converter = importlib.util.module_from_spec(spec)
-spec.loader.exec_module(converter)
+# The converter is a script, not an installed module: load its functions from its path.
+converter = types.SimpleNamespace(**runpy.run_path(sys.argv.pop(1)))
 
 README = """# Tool
 
