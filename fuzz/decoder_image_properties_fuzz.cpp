@@ -2,16 +2,13 @@
 // SPDX-License-Identifier: MIT
 // The image property reader as the decoder worker runs it, over any bytes: libvips reads the
 // header, Exiv2 the metadata, and the map goes through the wire form the engine reads back.
-#include <sys/mman.h>
-#include <unistd.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 
 #include "decoder/image_properties.h"
 #include "decoder/request_handler.h"
-#include "platform/file_descriptor.h"
+#include "fuzz_item.h"
 
 extern "C" int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/) {
   lumenscribe::decoder::initialiseDecoders();
@@ -20,16 +17,8 @@ extern "C" int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace lumenscribe;
-  // The worker gets a descriptor, never a path: a memory file stands in for the item.
-  const platform::UniqueFd file(::memfd_create("item", MFD_CLOEXEC));
-  if (!file) std::abort();
-  for (std::size_t done = 0; done < size;) {
-    const ssize_t written = ::write(file.get(), data + done, size - done);
-    if (written <= 0) std::abort();
-    done += static_cast<std::size_t>(written);
-  }
-  const auto image =
-      decoder::readImageProperties(decoder::ItemBytes{file.get(), static_cast<std::int64_t>(size)});
+  const fuzz::FuzzItem item(data, size);
+  const auto image = decoder::readImageProperties(item.bytes());
 
   platform::decoder::Writer out;
   platform::decoder::write(out, image);

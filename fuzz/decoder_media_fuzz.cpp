@@ -4,19 +4,15 @@
 // through the item's descriptor, the description goes through the wire form the engine reads
 // back, and the audio and video analyses turn it into rows. The same bytes, read as a reply
 // from a misbehaving worker, must be refused or analysed without harm.
-#include <sys/mman.h>
-#include <unistd.h>
-
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 
 #include "analyzers/audio_analysis.h"
 #include "analyzers/video_analysis.h"
 #include "decoder/media_description.h"
 #include "decoder/request_handler.h"
 #include "fuzz_check.h"
-#include "platform/file_descriptor.h"
+#include "fuzz_item.h"
 
 namespace {
 
@@ -36,16 +32,8 @@ extern "C" int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace lumenscribe;
-  // The worker gets a descriptor, never a path: a memory file stands in for the item.
-  const platform::UniqueFd file(::memfd_create("item", MFD_CLOEXEC));
-  if (!file) std::abort();
-  for (std::size_t done = 0; done < size;) {
-    const ssize_t written = ::write(file.get(), data + done, size - done);
-    if (written <= 0) std::abort();
-    done += static_cast<std::size_t>(written);
-  }
-  const auto media =
-      decoder::describeMedia(decoder::ItemBytes{file.get(), static_cast<std::int64_t>(size)});
+  const fuzz::FuzzItem item(data, size);
+  const auto media = decoder::describeMedia(item.bytes());
 
   platform::decoder::Writer out;
   platform::decoder::write(out, media);

@@ -65,23 +65,12 @@ ImageFormat formatOfLoader(std::string_view loader) {
 }
 
 std::optional<CleanCopySource> readCleanCopySource(const ItemBytes& item) {
-  if (item.fd < 0 || item.size <= 0 || !initialiseVips()) return std::nullopt;
-  const SourcePtr source = vipsSourceFor(item);
-  const char* const loader = source ? unblockedLoaderFor(source.get()) : nullptr;
-  if (loader == nullptr) {
-    vips_error_clear();
-    return std::nullopt;
-  }
-  VipsImage* loaded = nullptr;
-  const int failed =
-      vips_call(loader, source.get(), &loaded, "access", VIPS_ACCESS_SEQUENTIAL, nullptr);
-  const ImagePtr header(loaded);
-  if (failed != 0 || !header) {
-    vips_error_clear();
-    return std::nullopt;
-  }
+  if (item.fd < 0 || item.size <= 0) return std::nullopt;
+  const auto opened = openSequentially(item);
+  if (!opened) return std::nullopt;
+  const ImagePtr& header = opened->image;
   CleanCopySource facts;
-  const std::string_view name = loader;
+  const std::string_view name = opened->loader;
   facts.format = name == "heifload_source" ? heifFormat(header.get()) : formatOfLoader(name);
   if (!hasEncoder(facts.format)) facts.format = ImageFormat::other;
   facts.imageCount = std::max(1, vips_image_get_n_pages(header.get()));

@@ -33,20 +33,6 @@ struct StringsFree {
   void operator()(gchar** strings) const noexcept { g_strfreev(strings); }
 };
 
-// Header only: with sequential access no pixel is decoded until one is asked for.
-ImagePtr loadHeader(const ItemBytes& item) {
-  if (!initialiseVips()) return nullptr;
-  const SourcePtr source = vipsSourceFor(item);
-  const char* const loader = source ? unblockedLoaderFor(source.get()) : nullptr;
-  if (loader == nullptr) return nullptr;
-  VipsImage* loaded = nullptr;
-  const int failed =
-      vips_call(loader, source.get(), &loaded, "access", VIPS_ACCESS_SEQUENTIAL, nullptr);
-  ImagePtr image(loaded);
-  if (failed != 0) return nullptr;
-  return image;
-}
-
 bool hasField(VipsImage* image, const char* name) {
   return vips_image_get_typeof(image, name) != 0;
 }
@@ -207,7 +193,8 @@ void addAnimation(Map& properties, VipsImage* header) {
 std::optional<ImageProperties> readImageProperties(const ItemBytes& item) {
   if (item.fd < 0 || item.size <= 0) return std::nullopt;
   PropertyBudget budget(kMaxPropertyNodes - kTopLevelNodes);
-  const ImagePtr header = loadHeader(item);
+  auto opened = openSequentially(item);
+  const ImagePtr header = opened ? std::move(opened->image) : nullptr;
   const auto mapped = MappedItem::map(item);
   Exiv2Reading exiv2 = mapped ? readWithExiv2(mapped->bytes(), budget) : Exiv2Reading{};
   if (!header && !exiv2.isImage) return std::nullopt;

@@ -237,6 +237,20 @@ const char* unblockedLoaderFor(VipsSource* source) {
   return found != nullptr ? VIPS_OBJECT_CLASS(found)->nickname : nullptr;
 }
 
+std::optional<SequentialImage> openSequentially(const ItemBytes& item) {
+  if (!initialiseVips()) return std::nullopt;
+  const SourcePtr source = vipsSourceFor(item);
+  const char* const loader = source ? unblockedLoaderFor(source.get()) : nullptr;
+  VipsImage* loaded = nullptr;
+  if (loader == nullptr ||
+      vips_call(loader, source.get(), &loaded, "access", VIPS_ACCESS_SEQUENTIAL, nullptr) != 0) {
+    if (loaded != nullptr) g_object_unref(loaded);
+    vips_error_clear();
+    return std::nullopt;
+  }
+  return SequentialImage{ImagePtr(loaded), loader};
+}
+
 ImageDecodeStatus decodeImageStatus(const ItemBytes& item) {
   const auto head = item.read(0, 12);
   if (!head || !initialiseVips()) return ImageDecodeStatus::noLoader;

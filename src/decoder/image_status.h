@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <optional>
+
 #include "decoder/item_bytes.h"
 #include "platform/decoder_protocol.h"
 
@@ -17,6 +19,17 @@ bool initialiseVips();
 /// The first loader, by libvips' own priority, that takes the source's bytes and is not
 /// blocked; nothing when none does. Leaves the source rewound.
 const char* unblockedLoaderFor(VipsSource* source);
+
+/// An item opened by its unblocked loader for sequential access, and that loader's name.
+struct SequentialImage {
+  ImagePtr image;
+  const char* loader = nullptr;
+};
+
+/// Reads the item's header with its unblocked loader; with sequential access no pixel is
+/// decoded until one is asked for. Nothing, with libvips' error cleared, when no loader
+/// takes the bytes or the header does not read.
+std::optional<SequentialImage> openSequentially(const ItemBytes& item);
 
 /// Decodes image 0 of the item, every pixel, without keeping the pixels: strictly first
 /// (any warning fails it) and, only when that fails, leniently to tell damage apart from

@@ -99,21 +99,10 @@ void premultiplyRow(std::span<std::uint8_t> rgba) {
 }
 
 std::optional<PixelFingerprint> computePixelFingerprint(const ItemBytes& item) {
-  if (item.fd < 0 || item.size <= 0 || !initialiseVips()) return std::nullopt;
-  const SourcePtr source = vipsSourceFor(item);
-  const char* const loader = source ? unblockedLoaderFor(source.get()) : nullptr;
-  if (loader == nullptr) {
-    vips_error_clear();
-    return std::nullopt;
-  }
-  VipsImage* loaded = nullptr;
-  const int failed =
-      vips_call(loader, source.get(), &loaded, "access", VIPS_ACCESS_SEQUENTIAL, nullptr);
-  ImagePtr image(loaded);
-  if (failed != 0 || !image) {
-    vips_error_clear();
-    return std::nullopt;
-  }
+  if (item.fd < 0 || item.size <= 0) return std::nullopt;
+  auto opened = openSequentially(item);
+  if (!opened) return std::nullopt;
+  ImagePtr image = std::move(opened->image);
   const int width = vips_image_get_width(image.get());
   const int height = vips_image_get_height(image.get());
   if (width < 1 || height < 1 || !toRgba8(image)) {

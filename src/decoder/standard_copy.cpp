@@ -115,20 +115,9 @@ CleanCopyStatus writeStandardCopy(const ItemBytes& item, ImageFormat format, int
   if (saver == nullptr || !initialiseVips() || vips_type_find("VipsOperation", saver) == 0) {
     return CleanCopyStatus::unwritable;
   }
-  const SourcePtr source = vipsSourceFor(item);
-  const char* const loader = source ? unblockedLoaderFor(source.get()) : nullptr;
-  if (loader == nullptr) {
-    vips_error_clear();
-    return CleanCopyStatus::undecodable;
-  }
-  VipsImage* loaded = nullptr;
-  const int failed =
-      vips_call(loader, source.get(), &loaded, "access", VIPS_ACCESS_SEQUENTIAL, nullptr);
-  const ImagePtr image(loaded);
-  if (failed != 0 || !image) {
-    vips_error_clear();
-    return CleanCopyStatus::undecodable;
-  }
+  const auto opened = openSequentially(item);
+  if (!opened) return CleanCopyStatus::undecodable;
+  const ImagePtr& image = opened->image;
   // Decoded whole before anything is encoded, so that a file whose pixels do not decode is
   // told apart from an encoder that fails.
   const ImagePtr decoded(vips_image_copy_memory(image.get()));
